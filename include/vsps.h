@@ -1,0 +1,155 @@
+/*
+ * vsps.h - speech-coding primitives: the public interface.
+ *
+ * The library holds the numerical building blocks of ITU-T and 3GPP speech
+ * codecs (G.729 family, GSM-AMR) and an echo-cancellation toolkit. The caller
+ * runs the codec's frame loop and calls one primitive per analysis,
+ * quantisation or filtering step, passing its own buffers and state blocks.
+ *
+ * Conventions shared by every export
+ * ----------------------------------
+ *  - Every function returns a VspStatus: 0 success, negative error, positive
+ *    warning (the outputs are valid unless the function's notes say that a
+ *    warning leaves them untouched).
+ *  - Arguments are checked in a fixed order and the first failure is
+ *    reported: null pointers first (vspStsNullPtrErr, in argument order),
+ *    then lengths and counts (vspStsSizeErr or the function's own code),
+ *    then value ranges. A call that fails has written nothing.
+ *  - _Sfs functions scale their integer result by 2^-scaleFactor with an
+ *    arithmetic (floor) shift unless the function's notes state rounding or
+ *    saturation. _I functions work in place.
+ *  - No function allocates, keeps global state (beyond the processor level
+ *    chosen once per process) or calls back. Calls on distinct state blocks
+ *    and buffers may run concurrently.
+ *  - Sizes are element counts, except the byte counts reported by
+ *    ...GetSize / ...GetStateSize functions.
+ *  - Fixed-point formats: Qn means value * 2^n. The Q format of every
+ *    argument is stated in the function's notes.
+ *
+ * Processor levels: each primitive exists in seven variants (generic x86-64,
+ * SSE3, SSSE3, SSSE3+MOVBE, SSE4.1, AVX, AVX2) that give identical bits. The
+ * level is chosen by legacy90vspscInit, which the first call of any primitive
+ * runs on its own. The environment variable VSPS_CPU_MASK (hexadecimal)
+ * restricts the processor features considered, e.g. VSPS_CPU_MASK=0 forces
+ * the generic level.
+ *
+ * The function declarations, each with its notes, are in vsps_functions.h,
+ * which this header includes; that file is the library's list of exports.
+ * Include only this header.
+ */
+#ifndef VSPS_H
+#define VSPS_H
+
+#include <stdint.h>
+
+/* ---- Linkage and calling convention ------------------------------------ */
+/* Windows: define VSPS_STATIC when linking the static library; otherwise the
+ * declarations import from the DLL. VSPS_BUILDING is set while building. */
+#if defined(_WIN32) || defined(__CYGWIN__)
+#define VSPS_CALL __cdecl
+#if defined(VSPS_BUILDING)
+#define VSPS_API __declspec(dllexport)
+#elif defined(VSPS_STATIC)
+#define VSPS_API
+#else
+#define VSPS_API __declspec(dllimport)
+#endif
+#else
+#define VSPS_CALL
+#if defined(VSPS_BUILDING) && defined(__GNUC__)
+#define VSPS_API __attribute__((visibility("default")))
+#else
+#define VSPS_API
+#endif
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Element types ------------------------------------------------------ */
+typedef uint8_t Vsp8u;   /* unsigned 8-bit: code words, bytes, state blocks */
+typedef int16_t Vsp16s;  /* signed 16-bit: fixed-point samples, parameters */
+typedef int32_t Vsp32s;  /* signed 32-bit: accumulators, energies */
+typedef uint32_t Vsp32u; /* unsigned 32-bit: packed code words */
+typedef float Vsp32f;    /* IEEE-754 single precision */
+typedef double Vsp64f;   /* IEEE-754 double precision */
+typedef struct Vsp32fc {
+  Vsp32f re;
+  Vsp32f im;
+} Vsp32fc; /* complex single precision, real part first */
+typedef struct Vsp32sc {
+  Vsp32s re;
+  Vsp32s im;
+} Vsp32sc; /* complex 32-bit integer, real part first */
+
+/* ---- Status codes -------------------------------------------------------- */
+typedef int32_t VspStatus;
+
+enum VspStatusCode {
+  vspStsNoErr = 0,
+  /* errors */
+  vspStsErr = -2,            /* an internal set-up step failed */
+  vspStsBadArgErr = -5,      /* an argument value the operation refuses */
+  vspStsSizeErr = -6,        /* a length, order or count out of its limits */
+  vspStsRangeErr = -7,       /* a value outside its permitted set or range */
+  vspStsNullPtrErr = -8,     /* a pointer argument is null */
+  vspStsBadIndexErr = -11,   /* a received index or switch outside its table */
+  vspStsLSFRangeErr = -12,   /* an input LSF is negative */
+  vspStsOutOfRangeErr = -13, /* an integer control argument outside its range */
+  vspStsFIRLenErr = -119,    /* a sub-band filter length outside 1..4097 */
+  /* warnings */
+  vspStsLPCUnstable = 12,    /* Levinson-Durbin stopped; outputs not written */
+  vspStsLsfLowClamped = 13,  /* decoded LSF clamped at the low limit */
+  vspStsLsfHighClamped = 14, /* decoded LSF clamped at the high limit */
+  vspStsLsfBothClamped = 15, /* decoded LSF clamped at both limits */
+  vspStsForeignCpu = 20,     /* processor vendor differs from the tuned one */
+  vspStsNoCpuFeatures = 36   /* processor identification unavailable */
+};
+
+/* ---- Version record ------------------------------------------------------ */
+typedef struct VspLibraryVersion {
+  int32_t major;         /* 9 */
+  int32_t minor;         /* 0 */
+  int32_t majorBuild;    /* 0 */
+  int32_t build;         /* -1 */
+  char targetCpu[4];     /* level code, zero-padded: "mx" .. "l9" */
+  const char* Name;      /* e.g. "vspSC AVX2 (l9)" */
+  const char* Version;   /* "9.0 Legacy (r48491) (-)" */
+  const char* BuildDate; /* "Oct 15 2015" */
+} VspLibraryVersion;
+
+/* ---- Rate selector of the GSM-AMR primitives ------------------------------ */
+typedef enum VspSpeechBitRate {
+  vspRate4750 = 0,   /* 4.75 kbit/s */
+  vspRate5150 = 1,   /* 5.15 kbit/s */
+  vspRate5900 = 3,   /* 5.90 kbit/s */
+  vspRate6700 = 6,   /* 6.70 kbit/s */
+  vspRate7400 = 7,   /* 7.40 kbit/s */
+  vspRate7950 = 8,   /* 7.95 kbit/s */
+  vspRate10200 = 11, /* 10.2 kbit/s */
+  vspRate12200 = 12, /* 12.2 kbit/s */
+  vspRateDTX = 25    /* comfort-noise (SID) frames */
+} VspSpeechBitRate;
+
+/* ---- State blocks -------------------------------------------------------- */
+/* Opaque: the caller allocates the number of bytes the tool's GetSize /
+ * GetStateSize function reports and the tool's Init formats it. Blocks are
+ * accepted at any alignment. */
+typedef struct VspsSubbandProcessState_16s VspsSubbandProcessState_16s;
+typedef struct VspsSubbandProcessState_32f VspsSubbandProcessState_32f;
+typedef struct VspsToneDetectState_16s VspsToneDetectState_16s;
+typedef struct VspsToneDetectState_32f VspsToneDetectState_32f;
+
+/* ---- Functions ----------------------------------------------------------- */
+#define VSPS_SERVICE(ret, name, params, args) VSPS_API ret VSPS_CALL name params;
+#define VSPS_FN(ret, name, params, args) VSPS_API ret VSPS_CALL name params;
+#include "vsps_functions.h"
+#undef VSPS_SERVICE
+#undef VSPS_FN
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* VSPS_H */

@@ -1,0 +1,189 @@
+#include "tests/support/call.h"
+
+#include <sstream>
+
+namespace vt {
+
+Call::Call(const ExportInfo& fn) : fn_(&fn), args_(fn.params.size()) {}
+
+Call::Call(std::string_view exportName) : fn_(find_export(exportName)) {
+  if (fn_ == nullptr) throw std::runtime_error("no export " + std::string(exportName));
+  args_.resize(fn_->params.size());
+}
+
+int Call::index(std::string_view name) const {
+  const int k = fn_->index_of(name);
+  if (k < 0) throw std::runtime_error(fn_->name + " has no parameter " + std::string(name));
+  return k;
+}
+
+Call::Arg& Call::arg(std::string_view name) { return args_[static_cast<std::size_t>(index(name))]; }
+const Call::Arg& Call::arg(std::string_view name) const { return args_[static_cast<std::size_t>(index(name))]; }
+
+Call& Call::buffer(std::string_view name, Role role, std::size_t count, uint8_t fill) {
+  const ParamInfo& p = fn_->params[static_cast<std::size_t>(index(name))];
+  if (!p.isPointer) throw std::runtime_error(std::string(name) + " is not a pointer");
+  Arg& a = arg(name);
+  a = Arg{};
+  a.role = role;
+  a.set = true;
+  a.mem.assign(count * (p.elemSize == 0 ? 1 : p.elemSize), fill);
+  return *this;
+}
+
+Call& Call::in(std::string_view name, std::size_t count) { return buffer(name, Role::In, count, 0); }
+Call& Call::out(std::string_view name, std::size_t count) { return buffer(name, Role::Out, count, kGuardByte); }
+Call& Call::inout(std::string_view name, std::size_t count) { return buffer(name, Role::InOut, count, 0); }
+
+Call& Call::bytes(std::string_view name, std::size_t count, std::size_t misalign) {
+  Arg& a = arg(name);
+  a = Arg{};
+  a.role = Role::InOut;
+  a.set = true;
+  a.misalign = misalign;
+  a.mem.assign(count + misalign, kGuardByte);
+  return *this;
+}
+
+Call& Call::null(std::string_view name) {
+  Arg& a = arg(name);
+  a.role = Role::Null;
+  a.set = true;
+  return *this;
+}
+
+Call& Call::scalar(std::string_view name, int64_t value) {
+  Arg& a = arg(name);
+  a.role = Role::Scalar;
+  a.set = true;
+  a.scalar.i = value;
+  a.scalar.f = static_cast<double>(value);
+  return *this;
+}
+
+Call& Call::scalar_f(std::string_view name, double value) {
+  Arg& a = arg(name);
+  a.role = Role::Scalar;
+  a.set = true;
+  a.scalar.f = value;
+  a.scalar.i = static_cast<int64_t>(value);
+  return *this;
+}
+
+Call& Call::frames(std::string_view name, std::string_view backing, std::size_t count, std::size_t stride) {
+  Arg& a = arg(name);
+  a = Arg{};
+  a.role = Role::Frames;
+  a.set = true;
+  a.backing = index(backing);
+  a.frameCount = count;
+  a.frameStride = stride;
+  a.mem.assign(count * sizeof(void*), 0);
+  return *this;
+}
+
+int64_t Call::scalar_value(std::string_view name) const { return arg(name).scalar.i; }
+Role Call::role(std::string_view name) const { return arg(name).role; }
+bool Call::has(std::string_view name) const { return fn_->index_of(name) >= 0 && arg(name).set; }
+
+int64_t Call::invoke() {
+  std::vector<Slot> slots(args_.size());
+  for (std::size_t k = 0; k < args_.size(); ++k) {
+    Arg& a = args_[k];
+    const ParamInfo& p = fn_->params[k];
+    if (!a.set && p.isPointer) throw std::runtime_error(fn_->name + ": argument " + p.name + " not set");
+    switch (a.role) {
+      case Role::Scalar:
+        slots[k] = a.scalar;
+        break;
+      case Role::Null:
+        slots[k].p = nullptr;
+        break;
+      case Role::Frames: {
+        Arg& b = args_[static_cast<std::size_t>(a.backing)];
+        const std::size_t elem = fn_->params[static_cast<std::size_t>(a.backing)].elemSize;
+        // The table entries point into the backing buffer (or at its start
+        // when the backing is too short: placeholder frames of failing calls).
+        auto** table = reinterpret_cast<uint8_t**>(a.mem.data());
+        for (std::size_t m = 0; m < a.frameCount; ++m) {
+          const std::size_t off = m * a.frameStride * elem;
+          table[m] = b.mem.data() + b.misalign + (off < b.mem.size() ? off : 0);
+        }
+        slots[k].p = a.mem.data();
+        break;
+      }
+      default:
+        slots[k].p = a.mem.data() + a.misalign;
+        break;
+    }
+  }
+  return fn_->call(slots.data());
+}
+
+std::vector<std::vector<uint8_t>> Call::snapshot() const {
+  std::vector<std::vector<uint8_t>> s;
+  for (const Arg& a : args_) s.push_back(a.role == Role::Frames ? std::vector<uint8_t>{} : a.mem);
+  return s;
+}
+
+void Call::randomize_inputs(std::mt19937& rng) {
+  for (std::size_t k = 0; k < args_.size(); ++k) {
+    Arg& a = args_[k];
+    if (a.role != Role::In && a.role != Role::InOut) continue;
+    const ParamInfo& p = fn_->params[k];
+    uint8_t* d = a.mem.data() + a.misalign;
+    const std::size_t n = a.mem.size() - a.misalign;
+    switch (p.elem) {
+      case Elem::F32:
+      case Elem::C32F: {
+        std::uniform_real_distribution<float> u(-1.0f, 1.0f);
+        for (std::size_t o = 0; o + 4 <= n; o += 4) {
+          const float v = u(rng);
+          std::memcpy(d + o, &v, 4);
+        }
+        break;
+      }
+      case Elem::F64: {
+        std::uniform_real_distribution<double> u(-1.0, 1.0);
+        for (std::size_t o = 0; o + 8 <= n; o += 8) {
+          const double v = u(rng);
+          std::memcpy(d + o, &v, 8);
+        }
+        break;
+      }
+      case Elem::Opaque:
+      case Elem::Pointer:
+        break;  // states are formatted by their Init
+      default:
+        for (std::size_t o = 0; o < n; ++o) d[o] = static_cast<uint8_t>(rng());
+        break;
+    }
+  }
+}
+
+std::string Call::describe() const {
+  std::ostringstream os;
+  os << fn_->name << "(";
+  for (std::size_t k = 0; k < args_.size(); ++k) {
+    const Arg& a = args_[k];
+    os << (k ? ", " : "") << fn_->params[k].name << "=";
+    switch (a.role) {
+      case Role::Scalar:
+        os << a.scalar.i;
+        break;
+      case Role::Null:
+        os << "null";
+        break;
+      case Role::Frames:
+        os << "[" << a.frameCount << " frames]";
+        break;
+      default:
+        os << "[" << a.mem.size() - a.misalign << " bytes]";
+        break;
+    }
+  }
+  os << ")";
+  return os.str();
+}
+
+}  // namespace vt
