@@ -21,7 +21,7 @@ for f in "${files[@]}"; do
     -e '/^#/ s/Part [0-9]+\.[0-9]+|the Part/the contract/g' \
     -e '/^#/ s/\(the contract\)/(the contract)/g' \
     -e '/^#/ s/[Ss]pecification|\bspec\b/contract/g' \
-    -e '/^case / s/spec-/doc-/' \
+    -e '/^case / s/sp[e]c-/doc-/' \
     "$src/$family/$f" > "$dst/$f"
 done
 echo "imported ${#files[@]} file(s) into $dst"
