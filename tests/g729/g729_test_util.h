@@ -96,3 +96,36 @@ void put(vt::Call& call, std::string_view name, const std::vector<T>& values) {
 }
 
 }  // namespace g729t
+
+namespace g729t {
+
+// A normalised autocorrelation r[0..order] (r[0] in 2^30..2^31-1, Q31 DPF
+// words with bit 0 clear) of a random coloured signal, computed exactly in
+// 64 bits and shifted: a realistic input of the lag window and Levinson.
+inline std::vector<Vsp32s> random_autocorr(std::mt19937& rng, int order = 10) {
+  std::normal_distribution<double> g(0.0, 3000.0);
+  std::vector<int64_t> x(240);
+  double y1 = 0, y2 = 0;
+  const double c1 = std::uniform_real_distribution<double>(-1.6, 1.6)(rng);
+  for (auto& v : x) {
+    const double y = g(rng) + c1 * y1 - 0.7 * y2;
+    y2 = y1;
+    y1 = y;
+    v = static_cast<int64_t>(std::max(-32768.0, std::min(32767.0, y)));
+  }
+  std::vector<int64_t> r(static_cast<std::size_t>(order) + 1, 0);
+  for (int k = 0; k <= order; ++k)
+    for (int n = k; n < 240; ++n) r[k] += x[n] * x[n - k];
+  r[0] += 1;
+  int shift = 0;
+  while ((r[0] << shift) < (int64_t(1) << 30)) ++shift;
+  while ((r[0] >> -shift) >= (int64_t(1) << 31)) --shift;
+  std::vector<Vsp32s> out(r.size());
+  for (std::size_t k = 0; k < r.size(); ++k) {
+    const int64_t v = shift >= 0 ? r[k] << shift : r[k] >> -shift;
+    out[k] = static_cast<Vsp32s>(v & ~int64_t(1));
+  }
+  return out;
+}
+
+}  // namespace g729t
