@@ -86,6 +86,34 @@ VSPS_FN(VspStatus, legacy90vspsConvPartial_16s_Sfs, (const Vsp16s* pSrc1, const 
  * frame), LSFToLSP, Interpolate, LSPToLPC; HighPassFilter (scale factor 13)
  * on the output. */
 
+/* Autocorrelation normalised by energy, in the G.729 reference arithmetic
+ * (Autocorr) for caller-windowed samples pSrc[0..len-1]:
+ * r[0] = 1 + 2 sum y[n]^2 and r[k] = 2 sum_j y[j] y[j+k], k = 1..lenDst-1,
+ * where y = pSrc, or, when 1 + 2 sum y^2 would not fit 32 bits (the
+ * reference's overflow), y = pSrc divided by 4 (arithmetic shift right by 2,
+ * floor) as many times as needed. The start value 1 keeps r[0] positive for
+ * a silent frame. Every r[k] is then shifted left by norm_l(r[0]) so that
+ * r[0] lies in 2^30..2^31-1, and stored with bit 0 cleared (the DPF value
+ * hi * 65536 + lo * 2 the reference carries). *pNorm receives the power of
+ * two of the result: pDst[k] = 2 sum x[j] x[j+k] * 2^(*pNorm), up to the
+ * truncations (negative when the samples were divided).
+ * The white-noise correction of G.729 (r[0] x 1.0001) is applied, as in the
+ * fixed-point reference, by the factor 0.9999 folded into the lag window
+ * (legacy90vspsLagWindow_G729_32s_I), not here.
+ * Checks in order: any pointer null: vspStsNullPtrErr; len < 1 or len >=
+ * 2^29: vspStsSizeErr; lenDst < 1 or lenDst > len: vspStsSizeErr. */
+VSPS_FN(VspStatus, legacy90vspsAutoCorr_NormE_16s32s, (const Vsp16s* pSrc, int len, Vsp32s* pDst, int lenDst, int* pNorm), (pSrc, len, pDst, lenDst, pNorm))
+
+/* The G.729 LP analysis autocorrelation (ITU-T G.729 clause 3.2.1),
+ * bit-exact with the reference Autocorr: the 240 samples pSrc (the analysis
+ * buffer: 120 past, 80 current and 40 look-ahead samples of the
+ * pre-processed speech) are multiplied by the G.729 asymmetric window
+ * (mult_r with the Q15 window), then legacy90vspsAutoCorr_NormE_16s32s
+ * gives r[0..lenDst-1] (11 for order 10; 13 for the Annex B detector).
+ * Checks in order: any pointer null: vspStsNullPtrErr; lenDst < 1 or
+ * lenDst > 240: vspStsSizeErr. */
+VSPS_FN(VspStatus, legacy90vspsAutoCorr_NormE_G729_16s32s, (const Vsp16s* pSrc, Vsp32s* pDst, int lenDst, int* pNorm), (pSrc, pDst, lenDst, pNorm))
+
 /* Writes the byte size of the high-pass filter state, 24, to *pSize.
  * Checks: pSize null: vspStsNullPtrErr. */
 VSPS_FN(VspStatus, legacy90vspsHighPassFilterSize_G729, (int* pSize), (pSize))

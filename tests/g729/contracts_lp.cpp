@@ -150,3 +150,36 @@ VT_CONTRACT(legacy90vspsInterpolateC_G729_32f) {
   c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr)};
   return c;
 }
+
+VT_CONTRACT(legacy90vspsAutoCorr_NormE_16s32s) {
+  vt::Contract c;
+  c.valid = [=] {
+    return vt::Call(name).in("pSrc", 240).scalar("len", 240).out("pDst", 11).scalar("lenDst", 11).out("pNorm", 1);
+  };
+  c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr), vt::bad("lenDst", 0, vspStsSizeErr),
+              vt::bad("lenDst", 241, vspStsSizeErr)};
+  c.randomize = [](vt::Call& call, std::mt19937& rng) {
+    call.randomize_inputs(rng);  // full-scale samples: the overflow control runs
+    if (rng() % 2) {
+      auto s = call.buf<Vsp16s>("pSrc");
+      const int shift = static_cast<int>(rng() % 15);
+      for (auto& v : s) v = static_cast<Vsp16s>(v >> shift);
+    }
+    call.scalar("lenDst", 1 + static_cast<int64_t>(rng() % 11));
+  };
+  return c;
+}
+
+VT_CONTRACT(legacy90vspsAutoCorr_NormE_G729_16s32s) {
+  vt::Contract c;
+  c.valid = [=] { return vt::Call(name).in("pSrc", 240).out("pDst", 13).scalar("lenDst", 11).out("pNorm", 1); };
+  c.checks = {vt::bad("lenDst", 0, vspStsSizeErr), vt::bad("lenDst", 241, vspStsSizeErr)};
+  c.randomize = [](vt::Call& call, std::mt19937& rng) {
+    call.randomize_inputs(rng);
+    auto s = call.buf<Vsp16s>("pSrc");
+    const int shift = static_cast<int>(rng() % 15);
+    for (auto& v : s) v = static_cast<Vsp16s>(v >> shift);
+    call.scalar("lenDst", 1 + static_cast<int64_t>(rng() % 13));
+  };
+  return c;
+}
