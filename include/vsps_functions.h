@@ -294,6 +294,31 @@ VSPS_FN(VspStatus, legacy90vspsLSFQuant_G729_16s, (const Vsp16s* pSrcLsf, Vsp16s
  * Checks: any pointer null: vspStsNullPtrErr. */
 VSPS_FN(VspStatus, legacy90vspsLSPQuant_G729_16s, (const Vsp16s* pSrcLsp, Vsp16s* pSrcDstPrevFreq, Vsp16s* pDstQLsp, Vsp16s* pDstQuantIndex), (pSrcLsp, pSrcDstPrevFreq, pDstQLsp, pDstQuantIndex))
 
+/* G.729 Annex E forward LSP quantiser (reference Qua_lspe): the steps of
+ * legacy90vspsLSPQuant_G729_16s (LSP to radian LSF, weights, two-mode
+ * two-stage search, decoding with the stability rule, LSF to LSP), except
+ * that the MA memory pSrcPrevFreq (4 x 10, Q13, newest first) is only read:
+ * the frame's rearranged residual (Q13) is written to pDstFreqCur instead,
+ * for the caller to push into the memory as its newest row when the frame is
+ * coded in forward (LSP) mode, as the Annex E encoder does. pDstQLsp: the
+ * quantised LSPs (Q15); pDstQuantIndex: (L0 << 7) | L1 and (L2 << 5) | L3.
+ * Pointer order (LSP, memory, quantised LSP, residual, codes) as Annex E's
+ * Qua_lspe passes them. Returns vspStsNoErr (clamping is not reported).
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsLSPQuant_G729E_16s, (const Vsp16s* pSrcLsp, const Vsp16s* pSrcPrevFreq, Vsp16s* pDstQLsp, Vsp16s* pDstFreqCur, Vsp16s* pDstQuantIndex), (pSrcLsp, pSrcPrevFreq, pDstQLsp, pDstFreqCur, pDstQuantIndex))
+
+/* Single-precision twin of legacy90vspsLSPQuant_G729E_16s (the floating-
+ * point annex's qua_lspe): LSF = acos(LSP) in radians; weights 1 or
+ * 10 d^2 + 1 (x 1.2 for coefficients 4 and 5); target (lsf - MA prediction)
+ * x fg_sum_inv; first stage by unweighted, second-stage halves by weighted
+ * squared error (strictly smaller wins from 1e38); rearrangement 0.0012 then
+ * 0.0006; mode 1 only when its weighted error is strictly smaller; decoding
+ * with the float stability rule (0.005, 0.0392, 3.135); LSP = cos(LSF).
+ * pSrcPrevFreq (4 x 10 radians) is only read; pDstFreqCur receives the
+ * residual; pDstQuantIndex two int words as the 16-bit twin packs them.
+ * Checks: any pointer null: vspStsNullPtrErr. Otherwise vspStsNoErr. */
+VSPS_FN(VspStatus, legacy90vspsLSPQuant_G729E_32f, (const Vsp32f* pSrcLsp, const Vsp32f* pSrcPrevFreq, Vsp32f* pDstQLsp, Vsp32f* pDstFreqCur, int* pDstQuantIndex), (pSrcLsp, pSrcPrevFreq, pDstQLsp, pDstFreqCur, pDstQuantIndex))
+
 /* LSF decoder of a good frame (reference Lsp_get_quant), bit-exact with the
  * G.729 fixed-point reference. pQuantIndex: the codes L0 (MA mode 0 or 1),
  * L1 (0..127), L2, L3 (0..31); pSrcDstPrevFreq: the 4 x 10 MA memory

@@ -142,3 +142,38 @@ VT_CONTRACT(legacy90vspsLSFDecode_G729_32f) {
 
 VT_CONTRACT(legacy90vspsLSFDecodeErased_G729_16s) { return decode_erased_contract(name, false); }
 VT_CONTRACT(legacy90vspsLSFDecodeErased_G729_32f) { return decode_erased_contract(name, true); }
+
+VT_CONTRACT(legacy90vspsLSPQuant_G729E_16s) {
+  vt::Contract c;
+  c.valid = [=] {
+    vt::Call call(name);
+    call.in("pSrcLsp", 10).in("pSrcPrevFreq", 40).out("pDstQLsp", 10).out("pDstFreqCur", 10).out("pDstQuantIndex", 2);
+    g729t::put(call, "pSrcLsp", V16{31435, 27561, 21458, 13613, 4664, -4659, -13609, -21450, -27556, -31435});
+    g729t::put(call, "pSrcPrevFreq", g729t::reset_memory());
+    return call;
+  };
+  c.randomize = [](vt::Call& call, std::mt19937& rng) {
+    g729t::put(call, "pSrcLsp", g729t::random_lsp(rng));
+    g729t::put(call, "pSrcPrevFreq", random_memory(rng));
+  };
+  return c;
+}
+
+VT_CONTRACT(legacy90vspsLSPQuant_G729E_32f) {
+  vt::Contract c;
+  c.valid = [=] {
+    vt::Call call(name);
+    call.in("pSrcLsp", 10).in("pSrcPrevFreq", 40).out("pDstQLsp", 10).out("pDstFreqCur", 10).out("pDstQuantIndex", 2);
+    return call;
+  };
+  c.randomize = [](vt::Call& call, std::mt19937& rng) {
+    const V16 lsp = g729t::random_lsp(rng);
+    const V16 mem = random_memory(rng);
+    std::vector<Vsp32f> f(10), m(40);
+    for (int i = 0; i < 10; ++i) f[i] = static_cast<float>(lsp[i]) / 32768.0f;
+    for (int i = 0; i < 40; ++i) m[i] = static_cast<float>(mem[i]) / 8192.0f;
+    g729t::put(call, "pSrcLsp", f);
+    g729t::put(call, "pSrcPrevFreq", m);
+  };
+  return c;
+}
