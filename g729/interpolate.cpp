@@ -2,6 +2,7 @@
 // mid-frame LSP of G.729 Int_qlpc), legacy90vspsInterpolateC_G729_16s_Sfs and
 // legacy90vspsInterpolateC_G729_32f (weighted sums).
 #include "core/basic_ops.h"
+#include "g729/float_out.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -32,7 +33,7 @@ VspStatus legacy90vspsInterpolateC_G729_32f(const Vsp32f* pSrc1, Vsp32f val1, co
                                             Vsp32f* pDst, int len) {
   if (pSrc1 == nullptr || pSrc2 == nullptr || pDst == nullptr) return vspStsNullPtrErr;
   if (len < 1) return vspStsSizeErr;
-  for (int i = 0; i < len; ++i) pDst[i] = pSrc1[i] * val1 + pSrc2[i] * val2;
+  for (int i = 0; i < len; ++i) pDst[i] = fout::canonical(pSrc1[i] * val1 + pSrc2[i] * val2);
   return vspStsNoErr;
 }
 

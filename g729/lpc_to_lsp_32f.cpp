@@ -1,6 +1,7 @@
 // legacy90vspsLPCToLSP_G729_32f and legacy90vspsLPCToLSP_G729A_32f: LP to
 // LSP in single precision (the floating-point annex's az_lsp: 60 points and
 // 4 bisections, or 50 and 2).
+#include "g729/float_out.h"
 #include "g729/g729_tables.h"
 #include "vsps.h"
 
@@ -69,7 +70,7 @@ VspStatus lpc_to_lsp(const Vsp32f* a, const Vsp32f* prev, Vsp32f* dst, const flo
   }
   const float* result = nf < 10 ? prev : lsp;
   for (int i = 0; i < 10; ++i) lsp[i] = result[i];  // via the local copy: buffers may overlap
-  for (int i = 0; i < 10; ++i) dst[i] = lsp[i];
+  for (int i = 0; i < 10; ++i) dst[i] = fout::canonical(lsp[i]);
   return vspStsNoErr;
 }
 }  // namespace

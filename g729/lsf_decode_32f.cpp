@@ -2,6 +2,7 @@
 // legacy90vspsLSFDecodeErased_G729_32f (the floating-point annex's
 // lsp_get_quant and the erasure branch of lsp_iqua_cs). Radian LSFs; the MA
 // memory is 4 x 10 floats, newest row first.
+#include "g729/float_out.h"
 #include "g729/g729_tables.h"
 #include "vsps.h"
 
@@ -54,6 +55,7 @@ VspStatus legacy90vspsLSFDecode_G729_32f(const int* pQuantIndex, Vsp32f* pSrcDst
     lsf[j] = buf[j] * sum[j];
     for (int k = 0; k < t::kMaOrder; ++k) lsf[j] += pSrcDstPrevFreq[k * M + j] * ma_pred(mode, k)[j];
   }
+  for (int j = 0; j < M; ++j) buf[j] = fout::canonical(buf[j]);
   prev_update(buf, pSrcDstPrevFreq);
   for (int j = 0; j < M - 1; ++j) {  // stability: one swap pass, clamps, minimum gap
     if (lsf[j + 1] - lsf[j] < 0.0f) {
@@ -66,7 +68,7 @@ VspStatus legacy90vspsLSFDecode_G729_32f(const int* pQuantIndex, Vsp32f* pSrcDst
   for (int j = 0; j < M - 1; ++j)
     if (lsf[j + 1] - lsf[j] < kGap3) lsf[j + 1] = lsf[j] + kGap3;
   if (lsf[M - 1] > kHighLimit) lsf[M - 1] = kHighLimit;
-  for (int j = 0; j < M; ++j) pDstQLsf[j] = lsf[j];
+  for (int j = 0; j < M; ++j) pDstQLsf[j] = fout::canonical(lsf[j]);
   return vspStsNoErr;
 }
 
@@ -78,7 +80,7 @@ VspStatus legacy90vspsLSFDecodeErased_G729_32f(int maIndex, Vsp32f* pSrcDstPrevF
   for (int j = 0; j < M; ++j) {
     float tmp = pSrcDstLsf[j];
     for (int k = 0; k < t::kMaOrder; ++k) tmp -= pSrcDstPrevFreq[k * M + j] * ma_pred(maIndex, k)[j];
-    res[j] = tmp * inv[j];
+    res[j] = fout::canonical(tmp * inv[j]);
   }
   prev_update(res, pSrcDstPrevFreq);
   return vspStsNoErr;

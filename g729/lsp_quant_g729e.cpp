@@ -6,6 +6,7 @@
 // forward mode.
 #include <cmath>
 
+#include "g729/float_out.h"
 #include "g729/lsf_vq.h"
 #include "g729/lsp_lsf.h"
 
@@ -163,8 +164,8 @@ VspStatus legacy90vspsLSPQuant_G729E_32f(const Vsp32f* pSrcLsp, const Vsp32f* pS
   for (int j = 0; j < M - 1; ++j)
     if (q[j + 1] - q[j] < kGap3) q[j + 1] = q[j] + kGap3;
   if (q[M - 1] > kHighLimit) q[M - 1] = kHighLimit;
-  for (int j = 0; j < M; ++j) pDstQLsp[j] = static_cast<float>(std::cos(static_cast<double>(q[j])));
-  for (int j = 0; j < M; ++j) pDstFreqCur[j] = buf[j];
+  for (int j = 0; j < M; ++j) pDstQLsp[j] = fout::canonical(static_cast<float>(std::cos(static_cast<double>(q[j]))));
+  for (int j = 0; j < M; ++j) pDstFreqCur[j] = fout::canonical(buf[j]);
   pDstQuantIndex[0] = mode << 7 | cand[mode][0];
   pDstQuantIndex[1] = cand[mode][1] << 5 | cand[mode][2];
   return vspStsNoErr;

@@ -1,5 +1,6 @@
 // legacy90vspsLSPToLPC_G729_32f: LSP to LP in single precision (the
 // floating-point annex's lsp_az with get_lsp_pol).
+#include "g729/float_out.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -30,8 +31,8 @@ VspStatus legacy90vspsLSPToLPC_G729_32f(const Vsp32f* pSrcLsp, Vsp32f* pDstLpc) 
   }
   pDstLpc[0] = 1.0f;
   for (int i = 1; i <= 5; ++i) {
-    pDstLpc[i] = 0.5f * (f1[i] + f2[i]);
-    pDstLpc[11 - i] = 0.5f * (f1[i] - f2[i]);
+    pDstLpc[i] = fout::canonical(0.5f * (f1[i] + f2[i]));
+    pDstLpc[11 - i] = fout::canonical(0.5f * (f1[i] - f2[i]));
   }
   return vspStsNoErr;
 }
