@@ -68,6 +68,41 @@ VSPS_FN(VspStatus, legacy90vspsConvPartial_16s_Sfs, (const Vsp16s* pSrc1, const 
  * G.729 LP analysis and LSP quantisation
  * ====================================================================== */
 
+/* LP coefficients to line spectral pairs (ITU-T G.729 clause 3.2.3 Az_lsp),
+ * bit-exact with the G.729 fixed-point reference. pSrcLpc: a[0..10], Q12
+ * (a[0] is not read); pSrcPrevLsp: 10 LSPs (Q15), the fallback;
+ * pDstLsp: 10 LSPs, Q15 cosines in descending order.
+ * The sum and difference polynomials F1, F2 are formed in Q11; if a
+ * coefficient saturates they are formed again in Q10 and evaluated in that
+ * form. Their roots are searched alternately along a 60-point cosine grid
+ * from +1 to -1, each sign change refined by 4 bisections and a linear
+ * interpolation. When fewer than 10 roots are found, pDstLsp receives a copy
+ * of pSrcPrevLsp and the call still succeeds. pDstLsp may be the same array
+ * as pSrcPrevLsp.
+ * Checks: any pointer null: vspStsNullPtrErr. Otherwise vspStsNoErr. */
+VSPS_FN(VspStatus, legacy90vspsLPCToLSP_G729_16s, (const Vsp16s* pSrcLpc, const Vsp16s* pSrcPrevLsp, Vsp16s* pDstLsp), (pSrcLpc, pSrcPrevLsp, pDstLsp))
+
+/* As legacy90vspsLPCToLSP_G729_16s with the G.729 Annex A search: a 50-point
+ * grid and 2 bisections. Decision: the Annex A evaluation of the polynomials
+ * is the same as the main body's (the Q11 form with the Q10 fallback on a
+ * coefficient overflow); the G.729 Release 2 reference arithmetic has one
+ * evaluator for both, and the grid and the bisection count are the only
+ * differences. */
+VSPS_FN(VspStatus, legacy90vspsLPCToLSP_G729A_16s, (const Vsp16s* pSrcLpc, const Vsp16s* pSrcPrevLsp, Vsp16s* pDstLsp), (pSrcLpc, pSrcPrevLsp, pDstLsp))
+
+/* Line spectral pairs to LP coefficients (ITU-T G.729 clause 3.2.6 Lsp_Az),
+ * bit-exact with the G.729 fixed-point reference. pSrcLsp: 10 LSPs, Q15;
+ * pDstLpc: a[0..10], Q12, a[0] = 4096.
+ * F1 is built from lsp[0], lsp[2], .., lsp[8] and F2 from lsp[1], .., lsp[9]
+ * (factors 1 - 2q z^-1 + z^-2, 32-bit Q24 coefficients, DPF products,
+ * saturating), F1 is multiplied by (1 + z^-1) and F2 by (1 - z^-1);
+ * a[i] = (F1[i] + F2[i]) and a[11-i] = (F1[i] - F2[i]), i = 1..5, each
+ * shifted right by 13 with rounding, the low 16 bits kept (no saturation, as
+ * in the reference). Any 16-bit input is accepted (unordered LSPs give an
+ * unstable filter, not an error).
+ * Checks: any pointer null: vspStsNullPtrErr. Otherwise vspStsNoErr. */
+VSPS_FN(VspStatus, legacy90vspsLSPToLPC_G729_16s, (const Vsp16s* pSrcLsp, Vsp16s* pDstLpc), (pSrcLsp, pDstLpc))
+
 /* ======================================================================
  * GSM-AMR LP analysis and LSP quantisation
  * ====================================================================== */
