@@ -19,10 +19,6 @@ extern const int16_t kWindow232_8[kWindowLength];   // 12.2, second analysis
 extern const int16_t kLagWindowHi[kOrder];
 extern const int16_t kLagWindowLo[kOrder];
 
-// Az_lsp search grid: 61 Q15 cosines from 32760 down to -32760.
-inline constexpr int kGridIntervals = 60;
-extern const int16_t kChebyshevGrid[kGridIntervals + 1];
-
 // cos(i*pi/64) for i = 0..64 (Q15), its first differences (Lsf_lsp) and the
 // arc-cosine slopes (Lsp_lsf).
 extern const int16_t kCosTable[65];

@@ -158,6 +158,24 @@ VSPS_FN(VspStatus, legacy90vspsAutoCorr_GSMAMR_16s32s, (const Vsp16s* pSrc, Vsp3
  * Checks: any pointer null: vspStsNullPtrErr. */
 VSPS_FN(VspStatus, legacy90vspsLevinsonDurbin_GSMAMR_32s16s, (const Vsp32s* pSrcAutoCorr, Vsp16s* pDstLpc), (pSrcAutoCorr, pDstLpc))
 
+/* LP to LSP (TS 26.073 Az_lsp): the roots of the sum and difference
+ * polynomials of pSrcLpc (11, Q12), formed in Q10 (f[0] = 1024, sums scaled
+ * by 1/4), found on the root search shared with legacy90vspsLPCToLSP_G729_16s
+ * (60-interval grid from +1 toward -1, 4 bisections, linear interpolation,
+ * the two polynomials alternating) and evaluated with the TS 26.073 Chebyshev
+ * recursion (Q24 internal precision, one bit more than the G.729 Q10
+ * fallback, so the two differ on rare inputs). pDstLsp: 10 Q15 LSPs,
+ * decreasing. When fewer than 10 roots are found, pSrcPrevLsp is copied to
+ * pDstLsp and the status is still vspStsNoErr. The buffers may overlap.
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsLPCToLSP_GSMAMR_16s, (const Vsp16s* pSrcLpc, const Vsp16s* pSrcPrevLsp, Vsp16s* pDstLsp), (pSrcLpc, pSrcPrevLsp, pDstLsp))
+
+/* LSP to LP (TS 26.073 Lsp_Az): the same routine as
+ * legacy90vspsLSPToLPC_G729_16s, to which it forwards (same arguments, checks
+ * and results): pDstLpc (11, Q12, a[0] = 4096) from pSrcLsp (10, Q15).
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsLSPToLPC_GSMAMR_16s, (const Vsp16s* pSrcLsp, Vsp16s* pDstLpc), (pSrcLsp, pDstLpc))
+
 /* LSF to LSP (TS 26.073 Lsf_lsp), ten values: ind = lsf >> 8, lsp =
  * cos[ind] + (((lsf & 255) * slope[ind]) >> 8) over the 64-interval cosine
  * table (slope[i] = cos[i+1] - cos[i]).

@@ -15,7 +15,6 @@ TABLES = [
     ("window_232_8", "kWindow232_8", 240, 1, "LP analysis window, second analysis at 12.2 kbit/s (Q15)"),
     ("lag_h", "kLagWindowHi", 10, 1, "lag window for r[1..10], DPF high words"),
     ("lag_l", "kLagWindowLo", 10, 1, "lag window for r[1..10], DPF low words"),
-    ("chebyshev_grid", "kChebyshevGrid", 61, 1, "Az_lsp search grid, 60 intervals (Q15 cosines)"),
     ("lsp_lsf_cos_table", "kCosTable", 65, 1, "cos(i*pi/64), i = 0..64 (Q15)"),
     ("lsp_lsf_acos_slope", "kAcosSlope", 64, 1, "arc-cosine slopes of Lsp_lsf"),
     ("lsf_lsp_cos_slope", "kCosSlope", 64, 1, "kCosTable[i+1] - kCosTable[i], i = 0..63"),

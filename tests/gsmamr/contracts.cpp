@@ -147,3 +147,42 @@ VT_CONTRACT(legacy90vspsPreemphasize_GSMAMR_16s) {
   };
   return c;
 }
+
+VT_CONTRACT(legacy90vspsLPCToLSP_GSMAMR_16s) {
+  vt::Contract c;
+  c.valid = [=] {
+    return vt::Call(name)
+        .in("pSrcLpc", std::vector<int16_t>{4096, -4659, 2815, 473, -926, 66, 2050, -2216, 2117, -954, 850})
+        .in("pSrcPrevLsp", std::vector<int16_t>(amrt::kResetLsp.begin(), amrt::kResetLsp.end()))
+        .out("pDstLsp", 10);
+  };
+  // Realistic filters (Levinson on random speech-like frames) and, one time
+  // in four, arbitrary coefficients (the fallback to the previous LSPs).
+  c.randomize = [](vt::Call& call, std::mt19937& rng) {
+    call.randomize_inputs(rng);
+    if (rng() % 4 == 0) return;
+    const auto x = amrt::random_speech(rng, 240);
+    Vsp32s r[11];
+    Vsp16s a[11] = {4096};
+    legacy90vspsAutoCorr_GSMAMR_16s32s(x.data(), r, vspRate5900);
+    legacy90vspsLevinsonDurbin_GSMAMR_32s16s(r, a);
+    put(call, "pSrcLpc", std::vector<int16_t>(a, a + 11));
+  };
+  return c;
+}
+
+VT_CONTRACT(legacy90vspsLSPToLPC_GSMAMR_16s) {
+  vt::Contract c;
+  c.valid = [=] {
+    return vt::Call(name)
+        .in("pSrcLsp", std::vector<int16_t>(amrt::kResetLsp.begin(), amrt::kResetLsp.end()))
+        .out("pDstLpc", 11);
+  };
+  c.randomize = [](vt::Call& call, std::mt19937& rng) {
+    if (rng() % 4 == 0)
+      call.randomize_inputs(rng);  // unordered, extreme values
+    else
+      put(call, "pSrcLsp", amrt::random_lsp(rng));
+  };
+  return c;
+}
