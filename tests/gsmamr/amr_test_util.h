@@ -61,4 +61,12 @@ inline std::vector<int16_t> random_lsp(std::mt19937& rng) {
   return lsp;
 }
 
+// The two LSP vectors of a 12.2 kbit/s frame (20 values).
+inline std::vector<int16_t> random_lsp_pair(std::mt19937& rng) {
+  auto lsp = random_lsp(rng);
+  const auto second = random_lsp(rng);
+  lsp.insert(lsp.end(), second.begin(), second.end());
+  return lsp;
+}
+
 }  // namespace amrt

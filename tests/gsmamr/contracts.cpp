@@ -86,10 +86,7 @@ VT_CONTRACT(legacy90vspsLSPQuant_GSMAMR_16s) {
   };
   c.checks = bad_modes();
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    auto lsp = amrt::random_lsp(rng);
-    const auto lsp2 = amrt::random_lsp(rng);
-    lsp.insert(lsp.end(), lsp2.begin(), lsp2.end());
-    put(call, "pSrcLsp", lsp);
+    put(call, "pSrcLsp", amrt::random_lsp_pair(rng));
     random_state(call, "pPastRq", rng, 1500);
     call.scalar("mode", amrt::random_mode(rng));
   };

@@ -35,13 +35,6 @@ VspStatus decode(DecoderState& s, const std::vector<int16_t>& idx, int16_t bfi, 
                                                s.subframes.data(), bfi, mode);
 }
 
-std::vector<int16_t> random_pair(std::mt19937& rng) {
-  auto lsp = amrt::random_lsp(rng);
-  const auto second = amrt::random_lsp(rng);
-  lsp.insert(lsp.end(), second.begin(), second.end());
-  return lsp;
-}
-
 std::vector<int16_t> random_past_rq(std::mt19937& rng) {
   std::vector<int16_t> v(10);
   for (auto& x : v) x = static_cast<int16_t>(static_cast<int>(rng() % 3001) - 1500);
@@ -54,7 +47,7 @@ TEST(AmrRates, DtxModeIsMode3) {
   std::mt19937 rng(25);
   vt::for_each_level([&](int level) {
     for (int trial = 0; trial < 100; ++trial) {
-      const auto lsp = random_pair(rng);
+      const auto lsp = amrt::random_lsp_pair(rng);
       const auto pastRq = random_past_rq(rng);
       const Quantised q3 = quantise(lsp, pastRq, vspRate5900);
       ASSERT_EQ(quantise(lsp, pastRq, vspRateDTX), q3) << "level " << level << " trial " << trial;
@@ -83,7 +76,7 @@ TEST(AmrRates, IndexRangesPerMode) {
   for (const Range& r : ranges) {
     std::vector<int> highest(r.limits.size(), 0);
     for (int trial = 0; trial < 300; ++trial) {
-      const Quantised q = quantise(random_pair(rng), random_past_rq(rng), r.mode);
+      const Quantised q = quantise(amrt::random_lsp_pair(rng), random_past_rq(rng), r.mode);
       ASSERT_EQ(q.status, vspStsNoErr);
       for (std::size_t k = 0; k < r.limits.size(); ++k) {
         ASSERT_GE(q.idx[k], 0);
@@ -147,9 +140,9 @@ TEST(AmrDecoder, OutOfRangeIndicesAreMasked) {
 TEST(AmrDecoder, PastRqResynchronisesAfterOneGoodFrame) {
   std::mt19937 rng(12);
   for (int mode : amrt::kValidModes) {
-    const auto lsp = random_pair(rng);
+    const auto lsp = amrt::random_lsp_pair(rng);
     const Quantised q1 = quantise(lsp, std::vector<int16_t>(10, 0), mode);
-    const Quantised q2 = quantise(random_pair(rng), q1.pastRq, mode);
+    const Quantised q2 = quantise(amrt::random_lsp_pair(rng), q1.pastRq, mode);
     DecoderState clean, hit;
     ASSERT_EQ(decode(hit, q1.idx, 1, mode), vspStsNoErr);  // concealed
     ASSERT_EQ(decode(hit, q1.idx, 0, mode), vspStsNoErr);  // refreshes past_rq
