@@ -1,6 +1,7 @@
 // Contracts of the GSM-AMR LP analysis and LSP quantisation exports.
 #include "tests/gsmamr/amr_test_util.h"
 #include "tests/support/contract.h"
+#include "tests/support/fuzz_input.h"
 
 namespace {
 
@@ -21,6 +22,16 @@ void random_state(vt::Call& call, const char* name, std::mt19937& rng, int sprea
   for (auto& v : call.buf<int16_t>(name)) v = static_cast<int16_t>(static_cast<int>(rng() % (2 * spread + 1)) - spread);
 }
 
+// Fuzz hook of the rate-taking functions: any rate around the accepted set
+// (the valid calls are sized for 12.2 kbit/s, the largest), fuzzed inputs.
+bool fuzz_with_mode(vt::Call& call, vt::FuzzInput& in) {
+  call.scalar("mode", in.scalar("mode", -2, 27));
+  for (const vt::ParamInfo& p : call.fn().params)
+    if (p.isPointer && (call.role(p.name) == vt::Role::In || call.role(p.name) == vt::Role::InOut))
+      in.fill(p.name, call.buf<uint8_t>(p.name));
+  return true;
+}
+
 }  // namespace
 
 VT_CONTRACT(legacy90vspsAutoCorr_GSMAMR_16s32s) {
@@ -31,6 +42,7 @@ VT_CONTRACT(legacy90vspsAutoCorr_GSMAMR_16s32s) {
     put(call, "pSrc", amrt::random_speech(rng, 240));
     call.scalar("mode", amrt::random_mode(rng));
   };
+  c.fuzz = fuzz_with_mode;
   return c;
 }
 
@@ -67,6 +79,14 @@ VT_CONTRACT(legacy90vspsLSFToLSP_GSMAMR_16s) {
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     for (auto& v : call.buf<int16_t>("pSrcLsf")) v = static_cast<int16_t>(rng() % 32768);
   };
+  // A negative LSF after the first stops the call part-way with earlier
+  // values written (documented): the fuzzer keeps negatives to the first.
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    auto lsf = call.buf<int16_t>("pSrcLsf");
+    in.fill("pSrcLsf", call.buf<uint8_t>("pSrcLsf"));
+    for (std::size_t i = 1; i < lsf.size(); ++i) lsf[i] = static_cast<int16_t>(lsf[i] & 0x7FFF);
+    return true;
+  };
   return c;
 }
 
@@ -90,6 +110,7 @@ VT_CONTRACT(legacy90vspsLSPQuant_GSMAMR_16s) {
     random_state(call, "pPastRq", rng, 1500);
     call.scalar("mode", amrt::random_mode(rng));
   };
+  c.fuzz = fuzz_with_mode;
   return c;
 }
 
@@ -120,6 +141,10 @@ VT_CONTRACT(legacy90vspsQuantLSPDecode_GSMAMR_16s) {
       past[i] = static_cast<int16_t>(amrt::kResetPastLsfQ[i] + static_cast<int>(rng() % 601) - 300);
       lsp[i] = l[i];
     }
+  };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    call.scalar("bfi", in.scalar("bfi", -1, 2));
+    return fuzz_with_mode(call, in);
   };
   return c;
 }
