@@ -18,8 +18,7 @@ inline __m256i vq_row_squares(__m256i w, __m256i e) {
 // Keys of eight rows: a holds rows A0..A3, b rows B0..B3; the result's lanes
 // are A0 A1 B0 B1 A2 A3 B2 B3.
 inline __m256i vq_keys(__m256i w, __m256i ea, __m256i eb) {
-  return _mm256_min_epu32(_mm256_hadd_epi32(vq_row_squares(w, ea), vq_row_squares(w, eb)),
-                          _mm256_set1_epi32(kKeyCap));
+  return _mm256_min_epu32(_mm256_hadd_epi32(vq_row_squares(w, ea), vq_row_squares(w, eb)), _mm256_set1_epi32(kKeyCap));
 }
 
 inline int vq_finish(__m256i best, __m256i bestIdx) {

@@ -6,6 +6,7 @@
 #include <set>
 #include <vector>
 
+#include "g729/internal_ops.h"
 #include "tests/support/adversarial.h"
 #include "vsps.h"
 
@@ -76,3 +77,78 @@ TEST(G729VectorKernels, AnnexEQuantiserAgreesOnSaturatingInputs) {
 }
 
 }  // namespace
+
+// A stable LP filter (Q12) from random reflection coefficients in -0.9..0.9
+// (step-up recursion in double precision).
+std::vector<int16_t> stable_lpc(std::mt19937& rng) {
+  double a[11] = {1.0};
+  for (int i = 1; i <= 10; ++i) {
+    const double k = (static_cast<double>(rng() % 1801) - 900.0) / 1000.0;
+    double next[11];
+    for (int j = 0; j <= 10; ++j) next[j] = a[j] + (j >= 1 && j <= i ? k * a[i - j] : 0.0);
+    for (int j = 0; j <= 10; ++j) a[j] = next[j];
+  }
+  std::vector<int16_t> q(11);
+  for (int j = 0; j <= 10; ++j) {
+    const double v = a[j] * 4096.0;
+    q[static_cast<std::size_t>(j)] = static_cast<int16_t>(v > 32767 ? 32767 : (v < -32768 ? -32768 : v));
+  }
+  return q;
+}
+
+// The Chebyshev evaluations on the grid and the bisection trees: full-scale
+// LP coefficients saturate the polynomial sums (the Q10 fallback) and the
+// DPF recursion (every saturating step of the evaluation), ordinary ones find
+// ten roots; both search variants and the GSM-AMR form.
+TEST(G729VectorKernels, RootSearchesAgreeOnSaturatingInputs) {
+  using Fn = VspStatus (*)(const Vsp16s*, const Vsp16s*, Vsp16s*);
+  const Fn fns[] = {legacy90vspsLPCToLSP_G729_16s, legacy90vspsLPCToLSP_G729A_16s, legacy90vspsLPCToLSP_GSMAMR_16s};
+  const std::vector<int16_t> prev = {30000, 26000, 21000, 15000, 8000, 0, -8000, -15000, -21000, -26000};
+  std::mt19937 rng(3023);
+  int tenRoots = 0;
+  for (int trial = 0; trial < 1500; ++trial) {
+    // Kinds: a stable filter (ten roots); the same with one coefficient at
+    // full scale or random; all coefficients adversarial.
+    std::vector<int16_t> a = stable_lpc(rng);
+    if (trial % 3 == 1) a[1 + rng() % 10] = vt::adversarial16(rng, 32767);
+    if (trial % 3 == 2)
+      for (int k = 1; k <= 10; ++k) a[static_cast<std::size_t>(k)] = vt::adversarial16(rng, trial % 2 ? 32767 : 6000);
+    for (Fn fn : fns) {
+      const std::vector<int16_t> lsp = vt::expect_levels_agree(
+          [&] {
+            std::vector<int16_t> out(10);
+            fn(a.data(), prev.data(), out.data());
+            return out;
+          },
+          "LPCToLSP trial " + std::to_string(trial));
+      tenRoots += lsp != prev;
+    }
+    if (HasFailure()) return;
+  }
+  EXPECT_GT(tenRoots, 100);  // the searches found roots, not only the fallback
+}
+
+// The vector Chebyshev evaluation itself against the scalar one of level 0,
+// point by point: full-scale polynomial coefficients and points saturate
+// every step of the DPF recursion (sums, the doubling, the b2 terms, the
+// final shift).
+TEST(G729VectorKernels, ChebyshevEvaluationAgreesPointByPoint) {
+  std::mt19937 rng(1105);
+  int saturatedResults = 0;
+  for (int trial = 0; trial < 3000; ++trial) {
+    const std::vector<int16_t> f = vt::adversarial16(rng, 6, trial % 2 ? 32767 : 3000);
+    const std::vector<int16_t> x = vt::adversarial16(rng, 16, 32767);
+    const int form = trial % 3;
+    std::vector<int16_t> expected(16);
+    for (int k = 0; k < 16; ++k)
+      expected[static_cast<std::size_t>(k)] =
+          vsps::lsp_search_ops(0).chebyshev(x[static_cast<std::size_t>(k)], f.data(), form);
+    for (int16_t y : expected) saturatedResults += y == INT16_MAX || y == INT16_MIN;
+    for (int level : vt::supported_levels()) {
+      std::vector<int16_t> y(16);
+      vsps::lsp_search_ops(level).chebyshev_many(x.data(), 16, f.data(), form, y.data());
+      ASSERT_EQ(y, expected) << "trial " << trial << " at " << vt::level_name(level);
+    }
+  }
+  EXPECT_GT(saturatedResults, 1000);
+}
