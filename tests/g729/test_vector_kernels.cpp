@@ -152,3 +152,37 @@ TEST(G729VectorKernels, ChebyshevEvaluationAgreesPointByPoint) {
   }
   EXPECT_GT(saturatedResults, 1000);
 }
+
+// Windowing, energies and cross sums of the autocorrelations: full-scale
+// samples force one or more divisions by 4 (shifted vector sums), every
+// length 1..300 exercises the vector blocks and the scalar tails.
+TEST(G729VectorKernels, AutocorrelationsAgreeOnFullScaleInputs) {
+  std::mt19937 rng(4111);
+  for (int len = 1; len <= 300; ++len) {
+    const std::vector<int16_t> x = vt::adversarial16(rng, static_cast<std::size_t>(len), len % 2 ? 32767 : 300);
+    const int lenDst = len < 13 ? len : 13 + len % 7;
+    vt::expect_levels_agree(
+        [&] {
+          std::vector<int32_t> r(static_cast<std::size_t>(lenDst) + 1);
+          int norm = 0;
+          legacy90vspsAutoCorr_NormE_16s32s(x.data(), len, r.data(), lenDst, &norm);
+          r.back() = norm;
+          return r;
+        },
+        "AutoCorr_NormE len " + std::to_string(len));
+    if (HasFailure()) return;
+  }
+  for (int trial = 0; trial < 300; ++trial) {
+    const std::vector<int16_t> x = vt::adversarial16(rng, 240, trial % 2 ? 32767 : 2000);
+    vt::expect_levels_agree(
+        [&] {
+          std::vector<int32_t> r(12);
+          int norm = 0;
+          legacy90vspsAutoCorr_NormE_G729_16s32s(x.data(), r.data(), 11, &norm);
+          r.back() = norm;
+          return r;
+        },
+        "AutoCorr_NormE_G729 trial " + std::to_string(trial));
+    if (HasFailure()) return;
+  }
+}
