@@ -50,9 +50,15 @@ inline int64_t energy64_shifted(const int16_t* y, int len, int shift) {
       a0 = _mm256_add_epi64(a0, _mm256_cvtepu32_epi64(_mm256_castsi256_si128(pairs)));
       a1 = _mm256_add_epi64(a1, _mm256_cvtepu32_epi64(_mm256_extracti128_si256(pairs, 1)));
     }
-    alignas(32) uint64_t lanes[4];
-    _mm256_store_si256(reinterpret_cast<__m256i*>(lanes), _mm256_add_epi64(a0, a1));
-    acc = lanes[0] + lanes[1] + lanes[2] + lanes[3];
+    __m128i a = _mm_add_epi64(_mm256_castsi256_si128(a0), _mm256_extracti128_si256(a0, 1));
+    a = _mm_add_epi64(a, _mm_add_epi64(_mm256_castsi256_si128(a1), _mm256_extracti128_si256(a1, 1)));
+    if (n + 8 <= len) {  // one block of 8 (the 40-sample subframe: 16 + 16 + 8)
+      const __m128i v = _mm_sra_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(y + n)), s);
+      const __m128i pairs = _mm_madd_epi16(v, v);
+      a = _mm_add_epi64(a, _mm_add_epi64(_mm_cvtepu32_epi64(pairs), _mm_cvtepu32_epi64(_mm_srli_si128(pairs, 8))));
+      n += 8;
+    }
+    acc = static_cast<uint64_t>(_mm_cvtsi128_si64(a)) + static_cast<uint64_t>(_mm_extract_epi64(a, 1));
   }
 #elif VSPS_LEVEL >= 2 && defined(VSPS_SIMD128)
   {
