@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstring>
+#include <vector>
 
 #include "bench/bench_data.h"
 
@@ -292,15 +293,15 @@ void BM_G729_LSFDecodeErased_32f(benchmark::State& state) {
 BENCHMARK(BM_G729_LSFDecodeErased_32f);
 
 void BM_G729_Interpolate(benchmark::State& state) {
-  Cycle c;
-  Vsp16s out[10];
+  const int len = static_cast<int>(state.range(0));
+  const std::vector<Vsp16s>& s = bench::speech8k();
+  std::vector<Vsp16s> out(static_cast<std::size_t>(len));
   for (auto _ : state) {
-    const auto& f = c.next();
-    legacy90vspsInterpolate_G729_16s(f.lsp, g729_frames()[0].lsp, out, 10);
-    benchmark::DoNotOptimize(out);
+    legacy90vspsInterpolate_G729_16s(s.data(), s.data() + 4000, out.data(), len);
+    benchmark::DoNotOptimize(out.data());
   }
 }
-BENCHMARK(BM_G729_Interpolate);
+BENCHMARK(BM_G729_Interpolate)->Arg(10)->Arg(240);
 
 void BM_G729_InterpolateC(benchmark::State& state) {
   const int len = static_cast<int>(state.range(0));

@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstring>
+#include <vector>
 
 #include "bench/bench_data.h"
 
@@ -100,15 +101,15 @@ void BM_AMR_QuantLSPDecode(benchmark::State& state) {
 BENCHMARK(BM_AMR_QuantLSPDecode)->Arg(vspRate4750)->Arg(vspRate12200);
 
 void BM_AMR_Interpolate(benchmark::State& state) {
-  Cycle c;
-  Vsp16s out[10];
+  const int len = static_cast<int>(state.range(0));
+  const std::vector<Vsp16s>& s = bench::speech8k();
+  std::vector<Vsp16s> out(static_cast<std::size_t>(len));
   for (auto _ : state) {
-    const auto& f = c.next();
-    legacy90vspsInterpolate_GSMAMR_16s(f.lsp, amr_frames()[0].lsp, out, 10);
-    benchmark::DoNotOptimize(out);
+    legacy90vspsInterpolate_GSMAMR_16s(s.data(), s.data() + 4000, out.data(), len);
+    benchmark::DoNotOptimize(out.data());
   }
 }
-BENCHMARK(BM_AMR_Interpolate);
+BENCHMARK(BM_AMR_Interpolate)->Arg(10)->Arg(240);
 
 // Arg: block length (40 = subframe, 160 = frame).
 void BM_AMR_Preemphasize(benchmark::State& state) {

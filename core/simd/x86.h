@@ -8,6 +8,7 @@
 #include <immintrin.h>
 #endif
 
+#include <cstddef>
 #include <cstdint>
 
 #include "core/level_ns.h"
@@ -82,6 +83,14 @@ inline int32_t hsum_i32(__m256i v) {
   return hsum_i32(_mm_add_epi32(_mm256_castsi256_si128(v), _mm256_extracti128_si256(v, 1)));
 }
 #endif
+
+// True when the byte ranges [a, a + bytes) and [b, b + bytes) are the same
+// or do not overlap: element-wise vector loops that load before they store
+// then give the scalar results (a partial overlap takes the scalar loop).
+inline bool same_or_disjoint(const void* a, const void* b, std::size_t bytes) {
+  const auto x = reinterpret_cast<std::uintptr_t>(a), y = reinterpret_cast<std::uintptr_t>(b);
+  return x == y || x + bytes <= y || y + bytes <= x;
+}
 
 // The lane holding the smallest key; among equal keys the smallest index
 // (the first minimum of a sequential search).
