@@ -1,5 +1,6 @@
 #include "tests/support/call.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace vt {
@@ -82,7 +83,7 @@ Call& Call::frames(std::string_view name, std::string_view backing, std::size_t 
   return *this;
 }
 
-Call& Call::frames(std::string_view name, std::size_t count, std::size_t stride) {
+Call& Call::frames(std::string_view name, std::size_t count, std::size_t stride, std::size_t minBacking) {
   const ParamInfo& p = fn_->params[static_cast<std::size_t>(index(name))];
   if (!p.isFrames()) throw std::runtime_error(std::string(name) + " is not a pointer array");
   Arg& a = arg(name);
@@ -93,7 +94,7 @@ Call& Call::frames(std::string_view name, std::size_t count, std::size_t stride)
   a.frameCount = count;
   a.frameStride = stride;
   a.mem.assign(count * sizeof(void*), 0);
-  a.own.assign(count * stride * p.frameElemSize, 0);
+  a.own.assign(std::max(count * stride, minBacking) * p.frameElemSize, 0);
   return *this;
 }
 
@@ -180,9 +181,12 @@ int64_t Call::invoke() {
         slots[k].p = a.mem.data();
         break;
       }
-      default:
-        slots[k].p = a.mem.data() + a.misalign;
+      default: {
+        // An empty buffer is still a valid, non-null pointer.
+        static uint64_t emptyBuffer[2];
+        slots[k].p = a.mem.empty() ? static_cast<void*>(emptyBuffer) : a.mem.data() + a.misalign;
         break;
+      }
     }
   }
   return fn_->call(slots.data());

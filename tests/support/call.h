@@ -52,7 +52,8 @@ class Call {
   // entry m points at element m*stride, or at the backing's start when the
   // backing is shorter (placeholder frames of failing calls). buf() and
   // snapshot() of such an argument give the backing.
-  Call& frames(std::string_view name, std::size_t count, std::size_t stride);
+  // minBacking: at least this many elements of backing (placeholders).
+  Call& frames(std::string_view name, std::size_t count, std::size_t stride, std::size_t minBacking = 0);
   // Passes the pointer `count` elements past the start of the argument's
   // buffer (history in front of a block); buf() still gives the whole
   // buffer from its start.
