@@ -1,0 +1,123 @@
+// Fixed-point twin of the sub-band filter bank: GetSize, Init, analysis
+// (16-bit samples to 32-bit complex sub-bands) and synthesis.
+#include <cstring>
+
+#include "ec/ec_tables.h"
+#include "ec/rfft.h"
+#include "ec/rfft_tables.h"
+#include "ec/subband_common.h"
+
+namespace vsps::VSPS_NS {
+
+namespace {
+
+using vsps::ec::SubbandHeader16s;
+
+inline int32_t sat16(int32_t x) { return x > 32767 ? 32767 : (x < -32768 ? -32768 : x); }
+
+// Q0 x Q13 product rounded to Q0.
+inline int32_t mul_q13_round(int32_t a, int32_t b) { return (a * b + 4096) >> 13; }
+
+inline int order_of(int32_t n) { return __builtin_ctz(static_cast<uint32_t>(n)); }
+
+// A header that Init wrote: sizes in range and consistent.
+inline bool header_ok(const SubbandHeader16s* h) {
+  const int32_t n = h->fftLen;
+  return n >= 2 && n <= (1 << vsps::ec::kMaxOrder) && (n & (n - 1)) == 0 && h->frameSize >= 1 && h->frameSize <= n &&
+         h->windowLen >= n && h->windowLen % n == 0 && h->delay != nullptr && h->window != nullptr &&
+         h->tables != nullptr;
+}
+
+}  // namespace
+
+VspStatus legacy90vspsSubbandProcessGetSize_16s(int order, int windowLen, int* stateSize, int* initBufSize,
+                                                int* workBufSize) {
+  return ec::subband_get_size(ec::Twin::Fixed16s, order, windowLen, stateSize, initBufSize, workBufSize);
+}
+
+VspStatus legacy90vspsSubbandProcessInit_16s(Vsp8u* state, int order, int frameSize, int windowLen,
+                                             const Vsp16s* window, Vsp8u* initBuffer) {
+  bool useDefault = false;
+  const VspStatus st = ec::subband_init_checks(state, order, frameSize, windowLen, window, &useDefault);
+  if (st != vspStsNoErr) return st;
+  auto* base = vsps::ec::align16(state);
+  auto* h = reinterpret_cast<SubbandHeader16s*>(base);
+  const std::size_t lineBytes = vsps::ec::round_up16(2 * std::size_t(windowLen));
+  auto* win = reinterpret_cast<Vsp16s*>(base + sizeof(SubbandHeader16s));
+  auto* delay = reinterpret_cast<Vsp16s*>(base + sizeof(SubbandHeader16s) + lineBytes);
+  uint8_t* tables = base + sizeof(SubbandHeader16s) + 2 * lineBytes;
+  if (useDefault) {
+    // The built-in window in Q13, each value truncated toward zero.
+    const Vsp32f* half = windowLen == vsps::ec::kWindow128Len ? vsps::ec::kWindow128Half : vsps::ec::kWindow256Half;
+    for (int i = 0; i < windowLen / 2; ++i) {
+      const auto q = static_cast<Vsp16s>(half[i] * 8192.0f);  // exact scaling, conversion truncates
+      win[i] = q;
+      win[windowLen - 1 - i] = q;
+    }
+  } else {
+    std::memcpy(win, window, 2 * std::size_t(windowLen));
+  }
+  double small[5];
+  const double* q = ec::subband_quarter_cosines(order, initBuffer, small);
+  if (q == nullptr) return vspStsErr;  // the window is already copied
+  vsps::ec::build_rfft_tables_q30(tables, order, q);
+  h->delay = delay;
+  h->window = win;
+  h->tables = tables;
+  h->windowLen = windowLen;
+  h->fftLen = int32_t(1) << order;
+  h->frameSize = frameSize;
+  h->reserved[0] = h->reserved[1] = h->reserved[2] = 0;
+  std::memset(delay, 0, 2 * std::size_t(windowLen));
+  return vspStsNoErr;
+}
+
+VspStatus legacy90vspsSubbandAnalysis_16s32sc_Sfs(const Vsp16s* source, Vsp32sc* destination,
+                                                  VspsSubbandProcessState_16s* state, int scaleFactor,
+                                                  Vsp8u* workBuffer) {
+  if (source == nullptr || destination == nullptr || state == nullptr || workBuffer == nullptr) return vspStsNullPtrErr;
+  auto* h = reinterpret_cast<SubbandHeader16s*>(vsps::ec::align16(reinterpret_cast<uint8_t*>(state)));
+  if (!header_ok(h)) return vspStsErr;
+  const int len = h->windowLen, n = h->fftLen, hop = h->frameSize;
+  Vsp16s* d = h->delay;
+  const Vsp16s* w = h->window;
+  std::memmove(d, d + hop, 2 * std::size_t(len - hop));
+  std::memcpy(d + len - hop, source, 2 * std::size_t(hop));
+  const ec::RfftQ30 f = ec::rfft_q30(h->tables, order_of(n));
+  auto* a = reinterpret_cast<int32_t*>(vsps::ec::align16(workBuffer));
+  // Window and fold: every product rounded to Q0, the sum saturated after
+  // every term; sample j goes to its bit-reversed packed position.
+  for (int j = 0; j < n; ++j) {
+    int32_t u = sat16(mul_q13_round(d[j], w[j]));
+    for (int i = j + n; i < len; i += n) u = sat16(u + mul_q13_round(d[i], w[i]));
+    a[2 * f.rev[j >> 1] + (j & 1)] = u;
+  }
+  ec::forward_q30(a, f, destination, scaleFactor);
+  return vspStsNoErr;
+}
+
+VspStatus legacy90vspsSubbandSynthesis_32sc16s_Sfs(const Vsp32sc* source, Vsp16s* destination,
+                                                   VspsSubbandProcessState_16s* state, int scaleFactor,
+                                                   Vsp8u* workBuffer) {
+  if (source == nullptr || destination == nullptr || state == nullptr || workBuffer == nullptr) return vspStsNullPtrErr;
+  auto* h = reinterpret_cast<SubbandHeader16s*>(vsps::ec::align16(reinterpret_cast<uint8_t*>(state)));
+  if (!header_ok(h)) return vspStsErr;
+  const int len = h->windowLen, n = h->fftLen, hop = h->frameSize;
+  const ec::RfftQ30 f = ec::rfft_q30(h->tables, order_of(n));
+  auto* v = reinterpret_cast<int32_t*>(vsps::ec::align16(workBuffer));
+  ec::inverse_q30(source, f, v, scaleFactor);  // v[0..N-1], 16-bit range
+  Vsp16s* d = h->delay;
+  const Vsp16s* w = h->window;
+  std::memmove(d, d + hop, 2 * std::size_t(len - hop));
+  std::memset(d + len - hop, 0, 2 * std::size_t(hop));
+  // Overlap-add of the periodically extended block, window read backwards.
+  for (int b = 0; b < len; b += n)
+    for (int j = 0; j < n; ++j) {
+      const int k = b + j;
+      d[k] = static_cast<Vsp16s>(sat16(d[k] + mul_q13_round(v[j], w[len - 1 - k])));
+    }
+  std::memcpy(destination, d, 2 * std::size_t(hop));
+  return vspStsNoErr;
+}
+
+}  // namespace vsps::VSPS_NS
