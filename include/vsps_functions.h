@@ -339,13 +339,18 @@ VSPS_FN(VspStatus, legacy90vspsFIRSubbandAPCoeffUpdate_EC_32fc_I, (const Vsp64f*
  * segment (its first dip ends a run shorter than the minimum) does not
  * count the following reversals until a gap longer than the limit resets
  * it; start it with the call, before the tone.
- * Gaps: a gap of low-level noise longer than fs/50 resets the run and the
- * reversal count. Digital silence does so only once the smoothed energies
- * have decayed to zero (fixed point: about 60 ms after a full-level tone):
- * while they decay together the output/input ratio stays that of the tone.
- * In the float twin an all-zero input (or an output energy below 0.0008 Ex
- * or not below Ex) resets the tone run and the gap run but keeps the
- * reversal count. */
+ * Gaps: a gap of low-level noise longer than fs/50 (once the smoothed
+ * energies have fallen to the noise's level) resets the run and the
+ * reversal count. Digital silence after a tone is no gap in either twin:
+ * the two energies decay together (fixed point: the resonator settles into
+ * a limit cycle of a few units while Ex reaches 0; float: both energies stop
+ * at subnormal values), so the reversal count survives it, however long,
+ * and the tone run keeps counting through it, except in the float twin at
+ * 16000 Hz, whose resonator rings longer than Ex decays: its output energy
+ * exceeds 10000 Ex and the run restarts (the count is kept). From Init (both energies
+ * 0) an all-zero input counts as a gap in the fixed-point twin, while the
+ * float twin (output energy not above 0.0008 Ex, or not below Ex) resets the
+ * tone run and the gap run and keeps the reversal count. */
 
 /* Bytes of a fixed-point detector state: 72. Checks: size null:
  * vspStsNullPtrErr; rate not 8000 or 16000: vspStsRangeErr. */

@@ -1,0 +1,290 @@
+// The 2100 Hz tone detector on synthesised signals: tones with phase
+// reversals every 450 ms (detected in the call with the second counted
+// reversal), every 400 ms and steady (never), gaps of noise and of digital
+// silence, at both rates, both twins and block lengths from 1 sample to
+// seconds; and the reading chosen for the tone-run reset.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "ec/subband_layout.h"
+#include "ec/tone_layout.h"
+#include "tests/ec/tone_signals.h"
+#include "vsps.h"
+
+namespace {
+
+// Runs a detector over x in blocks of `block` samples; returns the sample
+// index ranges [start, end) of the calls that reported the tone.
+struct Detection {
+  std::vector<std::pair<std::size_t, std::size_t>> calls;
+  bool any() const { return !calls.empty(); }
+};
+
+Detection run_detector(bool fixedPoint, int rate, const std::vector<double>& x, std::size_t block,
+                       std::size_t misalign = 0) {
+  std::vector<uint8_t> state((fixedPoint ? 72 : 80) + misalign);
+  Vsp8u* s = state.data() + misalign;
+  EXPECT_EQ(fixedPoint ? legacy90vspsToneDetectInit_EC_16s(s, rate) : legacy90vspsToneDetectInit_EC_32f(s, rate), 0);
+  Detection d;
+  std::vector<Vsp16s> x16(x.size());
+  std::vector<Vsp32f> x32(x.size());
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    x16[i] = static_cast<Vsp16s>(std::lround(std::clamp(x[i], -1.0, 32767.0 / 32768.0) * 32768.0));
+    x32[i] = static_cast<Vsp32f>(x[i]);
+  }
+  for (std::size_t p = 0; p < x.size(); p += block) {
+    const int len = static_cast<int>(std::min(block, x.size() - p));
+    int result = -1;
+    const int st =
+        fixedPoint
+            ? legacy90vspsToneDetect_EC_16s(&x16[p], len, &result, reinterpret_cast<VspsToneDetectState_16s*>(s))
+            : legacy90vspsToneDetect_EC_32f(&x32[p], len, &result, reinterpret_cast<VspsToneDetectState_32f*>(s));
+    EXPECT_EQ(st, 0);
+    EXPECT_TRUE(result == 0 || result == 1);
+    if (result == 1) d.calls.push_back({p, p + std::size_t(len)});
+  }
+  return d;
+}
+
+struct Counters {
+  int32_t toneRun, gapRun, reversals;
+};
+// As run_detector, and the counters left in the state.
+Counters run_state(bool fixedPoint, int rate, const std::vector<double>& x, std::size_t block, Detection* d) {
+  std::vector<uint8_t> state(80);
+  Vsp8u* s = state.data();
+  EXPECT_EQ(fixedPoint ? legacy90vspsToneDetectInit_EC_16s(s, rate) : legacy90vspsToneDetectInit_EC_32f(s, rate), 0);
+  for (std::size_t p = 0; p < x.size(); p += block) {
+    const int len = static_cast<int>(std::min(block, x.size() - p));
+    std::vector<Vsp16s> x16(std::size_t(len), 0);
+    std::vector<Vsp32f> x32(std::size_t(len), 0);
+    for (int i = 0; i < len; ++i) {
+      x16[std::size_t(i)] = static_cast<Vsp16s>(std::lround(x[p + std::size_t(i)] * 32767.0));
+      x32[std::size_t(i)] = static_cast<Vsp32f>(x[p + std::size_t(i)]);
+    }
+    int result = 0;
+    if (fixedPoint)
+      legacy90vspsToneDetect_EC_16s(x16.data(), len, &result, reinterpret_cast<VspsToneDetectState_16s*>(s));
+    else
+      legacy90vspsToneDetect_EC_32f(x32.data(), len, &result, reinterpret_cast<VspsToneDetectState_32f*>(s));
+    if (result) d->calls.push_back({p, p + std::size_t(len)});
+  }
+  Counters c{};
+  if (fixedPoint) {
+    vsps::ec::ToneState16s t;
+    std::memcpy(&t, vsps::ec::align16(s), sizeof t);
+    c = {t.toneRun, t.gapRun, t.reversals};
+  } else {
+    vsps::ec::ToneState32f t;
+    std::memcpy(&t, vsps::ec::align16(s), sizeof t);
+    c = {t.toneRun, t.gapRun, t.reversals};
+  }
+  return c;
+}
+
+struct Twin {
+  bool fixedPoint;
+  int rate;
+};
+
+class ToneDetector : public testing::TestWithParam<Twin> {};
+
+const std::size_t kBlocks[] = {1, 13, 160, 1000, 8000, 1u << 30};
+
+TEST_P(ToneDetector, ReversalsEvery450msDetectedWithTheSecondCountedReversal) {
+  const Twin su = GetParam();
+  ect::ToneSpec spec;
+  spec.rate = su.rate;
+  const std::vector<double> x = ect::tone_signal(spec);
+  // The first counted reversal is at 450 ms (the run from the tone's start),
+  // the second at 900 ms; the dip follows each reversal within a few ms.
+  const auto second = static_cast<std::size_t>(0.9 * su.rate);
+  const auto slack = static_cast<std::size_t>(0.03 * su.rate);
+  for (std::size_t block : kBlocks) {
+    const Detection d = run_detector(su.fixedPoint, su.rate, x, block);
+    ASSERT_TRUE(d.any()) << "block " << block;
+    EXPECT_LE(d.calls[0].first, second + slack) << "block " << block;
+    EXPECT_GT(d.calls[0].second, second) << "block " << block;
+    if (block == 1) EXPECT_LT(d.calls[0].first, second + slack);
+    // Every later reversal (1.35 s, 1.8 s) is counted again: one report each.
+    EXPECT_LE(d.calls.size(), 3u) << "block " << block;
+  }
+}
+
+TEST_P(ToneDetector, ReversalsEvery400msAreNeverCounted) {
+  const Twin su = GetParam();
+  ect::ToneSpec spec;
+  spec.rate = su.rate;
+  spec.firstReversal = 0.4;
+  spec.period = 0.4;
+  spec.seconds = 3.0;
+  for (std::size_t block : kBlocks)
+    EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), block).any());
+}
+
+TEST_P(ToneDetector, SteadyToneIsNeverReported) {
+  const Twin su = GetParam();
+  ect::ToneSpec spec;
+  spec.rate = su.rate;
+  spec.period = 0;
+  spec.seconds = 3.0;
+  for (std::size_t block : {std::size_t(1), std::size_t(160), std::size_t(1) << 30})
+    EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), block).any());
+}
+
+TEST_P(ToneDetector, OtherFrequencyIsNeverReported) {
+  const Twin su = GetParam();
+  ect::ToneSpec spec;
+  spec.rate = su.rate;
+  spec.freq = 1700.0;
+  EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 160).any());
+}
+
+// A 100 ms gap of low-level noise after the first counted reversal resets
+// the count: the tone resumes at 0.9 s and the report needs two reversals
+// counted after the gap (1.35 and 1.8 s) instead of coming at 0.9 s.
+TEST_P(ToneDetector, NoiseGapLongerThan20msResetsTheCount) {
+  const Twin su = GetParam();
+  ect::ToneSpec spec;
+  spec.rate = su.rate;
+  spec.seconds = 2.5;
+  spec.gapStart = 0.8;
+  spec.gapLength = 0.1;
+  spec.gapNoise = 0.005;
+  const Detection d = run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 80);
+  ASSERT_TRUE(d.any());
+  EXPECT_GE(d.calls[0].first, static_cast<std::size_t>(1.75 * su.rate));
+  EXPECT_LE(d.calls[0].first, static_cast<std::size_t>(1.85 * su.rate));
+  spec.gapStart = -1;
+  const Detection ref = run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 80);
+  ASSERT_TRUE(ref.any());
+  EXPECT_LT(ref.calls[0].first, static_cast<std::size_t>(0.95 * su.rate));
+}
+
+// Digital silence after a tone is no gap in either twin: both smoothed
+// energies decay together (fixed point: the resonator settles into a small
+// limit cycle while Ex reaches 0; float: both stop at subnormal values), so
+// the reversal count survives the silence, however long. The tone run keeps
+// counting through it, except in the float twin at 16000 Hz, whose
+// resonator rings longer than its input energy decays (alpha 0.92): the
+// output energy then exceeds 10000 Ex and the run restarts. With 200 ms of
+// silence inside the second segment, the reversal at 0.9 s still ends a
+// 450 ms run and is counted; the same gap filled with low-level noise
+// resets the detector.
+TEST_P(ToneDetector, DigitalSilenceIsNoGap) {
+  const Twin su = GetParam();
+  ect::ToneSpec spec;
+  spec.rate = su.rate;
+  spec.seconds = 0.8;  // up to the end of the silence
+  spec.gapStart = 0.6;
+  spec.gapLength = 0.2;
+  const bool runRestarts = !su.fixedPoint && su.rate == 16000;
+  Detection d;
+  const auto end = run_state(su.fixedPoint, su.rate, ect::tone_signal(spec), 40, &d);
+  EXPECT_EQ(end.reversals, 1);
+  EXPECT_EQ(end.gapRun, 0);
+  if (runRestarts)
+    EXPECT_LT(end.toneRun, 0.1 * su.rate);
+  else
+    EXPECT_GT(end.toneRun, 0.3 * su.rate);  // since the reversal counted after 0.45 s
+  spec.seconds = 1.6;
+  const Detection silent = run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 40);
+  EXPECT_EQ(silent.any() && silent.calls[0].first < static_cast<std::size_t>(0.95 * su.rate), !runRestarts);
+  spec.gapNoise = 0.003;
+  EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 40).any());
+}
+
+INSTANTIATE_TEST_SUITE_P(Twins, ToneDetector,
+                         testing::Values(Twin{true, 8000}, Twin{true, 16000}, Twin{false, 8000}, Twin{false, 16000}),
+                         [](const testing::TestParamInfo<Twin>& i) {
+                           return std::string(i.param.fixedPoint ? "Fixed" : "Float") + std::to_string(i.param.rate);
+                         });
+
+// Float twin: an all-zero input resets the tone run and the gap run but
+// keeps the reversal count; in the fixed-point twin it counts as a gap.
+TEST(ToneDetectorGaps, AllZeroInputFromInitOfEachTwin) {
+  std::vector<uint8_t> s16(72), s32(80);
+  ASSERT_EQ(legacy90vspsToneDetectInit_EC_16s(s16.data(), 8000), 0);
+  ASSERT_EQ(legacy90vspsToneDetectInit_EC_32f(s32.data(), 8000), 0);
+  const std::vector<Vsp16s> z16(400, 0);
+  const std::vector<Vsp32f> z32(400, 0.0f);
+  int r = -1;
+  ASSERT_EQ(legacy90vspsToneDetect_EC_16s(z16.data(), 100, &r, reinterpret_cast<VspsToneDetectState_16s*>(s16.data())),
+            0);
+  ASSERT_EQ(legacy90vspsToneDetect_EC_32f(z32.data(), 100, &r, reinterpret_cast<VspsToneDetectState_32f*>(s32.data())),
+            0);
+  vsps::ec::ToneState16s a;
+  vsps::ec::ToneState32f b;
+  std::memcpy(&a, vsps::ec::align16(s16.data()), sizeof a);
+  std::memcpy(&b, vsps::ec::align16(s32.data()), sizeof b);
+  EXPECT_EQ(a.gapRun, 100);
+  EXPECT_EQ(b.gapRun, 0);
+  EXPECT_EQ(b.toneRun, 0);
+}
+
+// The chosen reading: the tone run is reset only when a reversal is
+// counted (or by a gap). A detector started inside a segment measures its
+// first run short, keeps counting through the uncounted reversal and so
+// never counts the later ones until a gap resets it.
+TEST(ToneDetectorReading, StartedInsideASegmentWaitsForAGap) {
+  for (bool fixedPoint : {true, false}) {
+    ect::ToneSpec spec;
+    spec.firstReversal = 0.2;  // the detector starts 250 ms into a segment
+    spec.seconds = 3.0;
+    EXPECT_FALSE(run_detector(fixedPoint, 8000, ect::tone_signal(spec), 160).any()) << fixedPoint;
+    // With a noise gap of 50 ms before the tone starts again, it recovers.
+    spec.gapStart = 1.10;
+    spec.gapLength = 0.05;
+    spec.gapNoise = 0.003;
+    spec.firstReversal = 0.2;
+    // After the gap (tone from 1.15 s) the reversals at 1.55 (run 400 ms, not
+    // counted: short), 2.0, 2.45 s: counted at 2.0 and 2.45 s.
+    spec.seconds = 3.0;
+    const Detection d = run_detector(fixedPoint, 8000, ect::tone_signal(spec), 160);
+    EXPECT_FALSE(d.any()) << "run from 1.15 s to 1.55 s is below the minimum; " << fixedPoint;
+  }
+}
+
+// ... and short dips of a noisy tone do not restart the run: a tone at
+// 12 dB signal-to-noise ratio with reversals every 450 ms is detected.
+TEST(ToneDetectorReading, NoisyToneIsDetected) {
+  for (bool fixedPoint : {true, false}) {
+    ect::ToneSpec spec;
+    spec.amplitude = 0.3;
+    spec.noise = 0.3 / std::sqrt(2.0) * std::pow(10.0, -12.0 / 20.0);
+    EXPECT_TRUE(run_detector(fixedPoint, 8000, ect::tone_signal(spec), 160).any()) << fixedPoint;
+  }
+}
+
+TEST(ToneDetectorState, SizesAndAnyAlignment) {
+  int size = 0;
+  EXPECT_EQ(legacy90vspsToneDetectGetStateSize_EC_16s(8000, &size), 0);
+  EXPECT_EQ(size, 72);
+  EXPECT_EQ(legacy90vspsToneDetectGetStateSize_EC_32f(16000, &size), 0);
+  EXPECT_EQ(size, 80);
+  ect::ToneSpec spec;
+  const std::vector<double> x = ect::tone_signal(spec);
+  for (bool fixedPoint : {true, false}) {
+    const Detection ref = run_detector(fixedPoint, 8000, x, 160, 0);
+    for (std::size_t mis = 1; mis < 16; ++mis) {
+      const Detection d = run_detector(fixedPoint, 8000, x, 160, mis);
+      EXPECT_EQ(d.calls, ref.calls) << "misalignment " << mis;
+    }
+  }
+}
+
+TEST(ToneDetectorState, InitSetsTheLimitsOfTheRate) {
+  std::vector<uint8_t> block(72 + 5);
+  ASSERT_EQ(legacy90vspsToneDetectInit_EC_16s(block.data() + 5, 16000), 0);
+  vsps::ec::ToneState16s s;
+  std::memcpy(&s, vsps::ec::align16(block.data() + 5), sizeof s);
+  EXPECT_EQ(s.minRun, 6608);
+  EXPECT_EQ(s.maxRun, 7456);
+  EXPECT_EQ(s.gapLimit, 320);
+  EXPECT_EQ(s.alpha, 15073);
+  EXPECT_EQ(s.coeffs[2], -5455);
+}
+
+}  // namespace
