@@ -93,11 +93,12 @@ VSPS_FN(VspStatus, legacy90vspsConvPartial_16s_Sfs, (const Vsp16s* pSrc1, const 
  * Fixed point: 32-bit data, Q30 twiddles, 64-bit products rounded to
  * nearest, block floating point chosen per call from the sum of the input
  * magnitudes (no overflow is possible); outputs rounded to nearest and
- * saturated (32-bit bins, 16-bit inverse values). Accuracy against an
- * exact DFT (tested): float within 4*2^-24*(order+1)*sum|u| + 1e-5*peak;
- * fixed within 4*2^max(0,-s) + 2^-14*sum|u|/2^s units (analysis) and
- * 2*2^max(0,-s) + 2^-14*(2*sum|X|/N)/2^s units of the inverse block
- * (synthesis).
+ * saturated (32-bit bins, 16-bit inverse values). Error against an exact
+ * DFT (tested for orders 1..13): float forward at most
+ * 2^-24*(order+1)*sum|u| per bin component, float inverse at most
+ * 2^-24*(order+1)*2*sum|X|/N per sample; fixed forward at most
+ * 2^max(0,-s) + 2^-24*sum|u|/2^s units, fixed inverse at most
+ * 2^max(0,-s) + 2^-20*(2*sum|X|/N)/2^s units (s the scale factor).
  *
  * Blocks: the state, init and work buffers may have any alignment; every
  * function works from the first 16-byte boundary at or after the pointer
