@@ -95,9 +95,9 @@ const std::size_t kBlocks[] = {1, 13, 160, 1000, 8000, 1u << 30};
 
 TEST_P(ToneDetector, ReversalsEvery450msDetectedWithTheSecondCountedReversal) {
   const Twin su = GetParam();
-  ect::ToneSpec spec;
-  spec.rate = su.rate;
-  const std::vector<double> x = ect::tone_signal(spec);
+  ect::ToneSignal sig;
+  sig.rate = su.rate;
+  const std::vector<double> x = ect::tone_signal(sig);
   // The first counted reversal is at 450 ms (the run from the tone's start),
   // the second at 900 ms; the dip follows each reversal within a few ms.
   const auto second = static_cast<std::size_t>(0.9 * su.rate);
@@ -115,31 +115,31 @@ TEST_P(ToneDetector, ReversalsEvery450msDetectedWithTheSecondCountedReversal) {
 
 TEST_P(ToneDetector, ReversalsEvery400msAreNeverCounted) {
   const Twin su = GetParam();
-  ect::ToneSpec spec;
-  spec.rate = su.rate;
-  spec.firstReversal = 0.4;
-  spec.period = 0.4;
-  spec.seconds = 3.0;
+  ect::ToneSignal sig;
+  sig.rate = su.rate;
+  sig.firstReversal = 0.4;
+  sig.period = 0.4;
+  sig.seconds = 3.0;
   for (std::size_t block : kBlocks)
-    EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), block).any());
+    EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(sig), block).any());
 }
 
 TEST_P(ToneDetector, SteadyToneIsNeverReported) {
   const Twin su = GetParam();
-  ect::ToneSpec spec;
-  spec.rate = su.rate;
-  spec.period = 0;
-  spec.seconds = 3.0;
+  ect::ToneSignal sig;
+  sig.rate = su.rate;
+  sig.period = 0;
+  sig.seconds = 3.0;
   for (std::size_t block : {std::size_t(1), std::size_t(160), std::size_t(1) << 30})
-    EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), block).any());
+    EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(sig), block).any());
 }
 
 TEST_P(ToneDetector, OtherFrequencyIsNeverReported) {
   const Twin su = GetParam();
-  ect::ToneSpec spec;
-  spec.rate = su.rate;
-  spec.freq = 1700.0;
-  EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 160).any());
+  ect::ToneSignal sig;
+  sig.rate = su.rate;
+  sig.freq = 1700.0;
+  EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(sig), 160).any());
 }
 
 // A 100 ms gap of low-level noise after the first counted reversal resets
@@ -147,18 +147,18 @@ TEST_P(ToneDetector, OtherFrequencyIsNeverReported) {
 // counted after the gap (1.35 and 1.8 s) instead of coming at 0.9 s.
 TEST_P(ToneDetector, NoiseGapLongerThan20msResetsTheCount) {
   const Twin su = GetParam();
-  ect::ToneSpec spec;
-  spec.rate = su.rate;
-  spec.seconds = 2.5;
-  spec.gapStart = 0.8;
-  spec.gapLength = 0.1;
-  spec.gapNoise = 0.005;
-  const Detection d = run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 80);
+  ect::ToneSignal sig;
+  sig.rate = su.rate;
+  sig.seconds = 2.5;
+  sig.gapStart = 0.8;
+  sig.gapLength = 0.1;
+  sig.gapNoise = 0.005;
+  const Detection d = run_detector(su.fixedPoint, su.rate, ect::tone_signal(sig), 80);
   ASSERT_TRUE(d.any());
   EXPECT_GE(d.calls[0].first, static_cast<std::size_t>(1.75 * su.rate));
   EXPECT_LE(d.calls[0].first, static_cast<std::size_t>(1.85 * su.rate));
-  spec.gapStart = -1;
-  const Detection ref = run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 80);
+  sig.gapStart = -1;
+  const Detection ref = run_detector(su.fixedPoint, su.rate, ect::tone_signal(sig), 80);
   ASSERT_TRUE(ref.any());
   EXPECT_LT(ref.calls[0].first, static_cast<std::size_t>(0.95 * su.rate));
 }
@@ -175,25 +175,25 @@ TEST_P(ToneDetector, NoiseGapLongerThan20msResetsTheCount) {
 // resets the detector.
 TEST_P(ToneDetector, DigitalSilenceIsNoGap) {
   const Twin su = GetParam();
-  ect::ToneSpec spec;
-  spec.rate = su.rate;
-  spec.seconds = 0.8;  // up to the end of the silence
-  spec.gapStart = 0.6;
-  spec.gapLength = 0.2;
+  ect::ToneSignal sig;
+  sig.rate = su.rate;
+  sig.seconds = 0.8;  // up to the end of the silence
+  sig.gapStart = 0.6;
+  sig.gapLength = 0.2;
   const bool runRestarts = !su.fixedPoint && su.rate == 16000;
   Detection d;
-  const auto end = run_state(su.fixedPoint, su.rate, ect::tone_signal(spec), 40, &d);
+  const auto end = run_state(su.fixedPoint, su.rate, ect::tone_signal(sig), 40, &d);
   EXPECT_EQ(end.reversals, 1);
   EXPECT_EQ(end.gapRun, 0);
   if (runRestarts)
     EXPECT_LT(end.toneRun, 0.1 * su.rate);
   else
     EXPECT_GT(end.toneRun, 0.3 * su.rate);  // since the reversal counted after 0.45 s
-  spec.seconds = 1.6;
-  const Detection silent = run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 40);
+  sig.seconds = 1.6;
+  const Detection silent = run_detector(su.fixedPoint, su.rate, ect::tone_signal(sig), 40);
   EXPECT_EQ(silent.any() && silent.calls[0].first < static_cast<std::size_t>(0.95 * su.rate), !runRestarts);
-  spec.gapNoise = 0.003;
-  EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(spec), 40).any());
+  sig.gapNoise = 0.003;
+  EXPECT_FALSE(run_detector(su.fixedPoint, su.rate, ect::tone_signal(sig), 40).any());
 }
 
 INSTANTIATE_TEST_SUITE_P(Twins, ToneDetector,
@@ -230,19 +230,19 @@ TEST(ToneDetectorGaps, AllZeroInputFromInitOfEachTwin) {
 // never counts the later ones until a gap resets it.
 TEST(ToneDetectorReading, StartedInsideASegmentWaitsForAGap) {
   for (bool fixedPoint : {true, false}) {
-    ect::ToneSpec spec;
-    spec.firstReversal = 0.2;  // the detector starts 250 ms into a segment
-    spec.seconds = 3.0;
-    EXPECT_FALSE(run_detector(fixedPoint, 8000, ect::tone_signal(spec), 160).any()) << fixedPoint;
+    ect::ToneSignal sig;
+    sig.firstReversal = 0.2;  // the detector starts 250 ms into a segment
+    sig.seconds = 3.0;
+    EXPECT_FALSE(run_detector(fixedPoint, 8000, ect::tone_signal(sig), 160).any()) << fixedPoint;
     // With a noise gap of 50 ms before the tone starts again, it recovers.
-    spec.gapStart = 1.10;
-    spec.gapLength = 0.05;
-    spec.gapNoise = 0.003;
-    spec.firstReversal = 0.2;
+    sig.gapStart = 1.10;
+    sig.gapLength = 0.05;
+    sig.gapNoise = 0.003;
+    sig.firstReversal = 0.2;
     // After the gap (tone from 1.15 s) the reversals at 1.55 (run 400 ms, not
     // counted: short), 2.0, 2.45 s: counted at 2.0 and 2.45 s.
-    spec.seconds = 3.0;
-    const Detection d = run_detector(fixedPoint, 8000, ect::tone_signal(spec), 160);
+    sig.seconds = 3.0;
+    const Detection d = run_detector(fixedPoint, 8000, ect::tone_signal(sig), 160);
     EXPECT_FALSE(d.any()) << "run from 1.15 s to 1.55 s is below the minimum; " << fixedPoint;
   }
 }
@@ -251,10 +251,10 @@ TEST(ToneDetectorReading, StartedInsideASegmentWaitsForAGap) {
 // 12 dB signal-to-noise ratio with reversals every 450 ms is detected.
 TEST(ToneDetectorReading, NoisyToneIsDetected) {
   for (bool fixedPoint : {true, false}) {
-    ect::ToneSpec spec;
-    spec.amplitude = 0.3;
-    spec.noise = 0.3 / std::sqrt(2.0) * std::pow(10.0, -12.0 / 20.0);
-    EXPECT_TRUE(run_detector(fixedPoint, 8000, ect::tone_signal(spec), 160).any()) << fixedPoint;
+    ect::ToneSignal sig;
+    sig.amplitude = 0.3;
+    sig.noise = 0.3 / std::sqrt(2.0) * std::pow(10.0, -12.0 / 20.0);
+    EXPECT_TRUE(run_detector(fixedPoint, 8000, ect::tone_signal(sig), 160).any()) << fixedPoint;
   }
 }
 
@@ -264,8 +264,8 @@ TEST(ToneDetectorState, SizesAndAnyAlignment) {
   EXPECT_EQ(size, 72);
   EXPECT_EQ(legacy90vspsToneDetectGetStateSize_EC_32f(16000, &size), 0);
   EXPECT_EQ(size, 80);
-  ect::ToneSpec spec;
-  const std::vector<double> x = ect::tone_signal(spec);
+  ect::ToneSignal sig;
+  const std::vector<double> x = ect::tone_signal(sig);
   for (bool fixedPoint : {true, false}) {
     const Detection ref = run_detector(fixedPoint, 8000, x, 160, 0);
     for (std::size_t mis = 1; mis < 16; ++mis) {

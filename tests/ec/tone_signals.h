@@ -10,7 +10,7 @@
 
 namespace ect {
 
-struct ToneSpec {
+struct ToneSignal {
   int rate = 8000;
   double seconds = 2.0;
   double freq = 2100.0;
@@ -24,7 +24,7 @@ struct ToneSpec {
 };
 
 // Samples in [-1, 1).
-inline std::vector<double> tone_signal(const ToneSpec& s) {
+inline std::vector<double> tone_signal(const ToneSignal& s) {
   const auto n = static_cast<std::size_t>(s.seconds * s.rate);
   std::vector<double> x(n);
   std::mt19937 rng(s.seed);
