@@ -2,12 +2,12 @@
 // output of N/2+1 bins, forward unscaled, inverse divided by N. Per level.
 //
 // Method: the N real samples are read as M = N/2 complex points
-// z[n] = x[2n] + i x[2n+1], transformed by an iterative radix-2
-// decimation-in-time complex FFT that starts from bit-reversed order (the
-// callers write their samples straight into bit-reversed positions, so
-// there is no permutation pass), and split into the even and odd halves by
-// the usual packing step with the twiddles e^(-2 pi i k / N). Everything
-// runs in place in the caller's work block of M complex values.
+// z[n] = x[2n] + i x[2n+1], put into bit-reversed order, transformed by an
+// iterative radix-2 decimation-in-time complex FFT, and split into the even
+// and odd halves by the usual packing step with the twiddles
+// e^(-2 pi i k / N) (the inverse writes its unpacked spectrum straight into
+// bit-reversed positions). Everything runs in place in the caller's work
+// block of M complex values.
 //
 // Float twin: single precision, fixed operation order (no FMA).
 // Fixed-point twin: 32-bit data with Q30 twiddles and 64-bit products
@@ -53,6 +53,22 @@ inline RfftQ30 rfft_q30(const uint8_t* tables, int order) {
   return {reinterpret_cast<const TwiddleQ30*>(tables + t.stageOffset),
           reinterpret_cast<const TwiddleQ30*>(tables + t.packOffset),
           reinterpret_cast<const uint16_t*>(tables + t.revOffset), 1 << (order - 1), order};
+}
+
+// Puts M complex values (interleaved pairs of T) from natural into
+// bit-reversed order, in place.
+template <class T>
+inline void bit_reverse_pairs(T* a, const uint16_t* rev, int m) {
+  for (int i = 0; i < m; ++i) {
+    const int r = rev[i];
+    if (r > i) {
+      const T re = a[2 * i], im = a[2 * i + 1];
+      a[2 * i] = a[2 * r];
+      a[2 * i + 1] = a[2 * r + 1];
+      a[2 * r] = re;
+      a[2 * r + 1] = im;
+    }
+  }
 }
 
 // ---- single precision --------------------------------------------------------

@@ -85,13 +85,12 @@ VspStatus legacy90vspsSubbandAnalysis_16s32sc_Sfs(const Vsp16s* source, Vsp32sc*
   std::memcpy(d + len - hop, source, 2 * std::size_t(hop));
   const ec::RfftQ30 f = ec::rfft_q30(h->tables, order_of(n));
   auto* a = reinterpret_cast<int32_t*>(vsps::ec::align16(workBuffer));
-  // Window and fold: every product rounded to Q0, the sum saturated after
-  // every term; sample j goes to its bit-reversed packed position.
-  for (int j = 0; j < n; ++j) {
-    int32_t u = sat16(mul_q13_round(d[j], w[j]));
-    for (int i = j + n; i < len; i += n) u = sat16(u + mul_q13_round(d[i], w[i]));
-    a[2 * f.rev[j >> 1] + (j & 1)] = u;
-  }
+  // Window and fold, block after block: every product rounded to Q0, each
+  // u[j] saturated after every term (in increasing i for every j).
+  for (int j = 0; j < n; ++j) a[j] = sat16(mul_q13_round(d[j], w[j]));
+  for (int b = n; b < len; b += n)
+    for (int j = 0; j < n; ++j) a[j] = sat16(a[j] + mul_q13_round(d[b + j], w[b + j]));
+  ec::bit_reverse_pairs(a, f.rev, f.m);
   ec::forward_q30(a, f, destination, scaleFactor);
   return vspStsNoErr;
 }

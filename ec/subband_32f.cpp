@@ -73,13 +73,12 @@ VspStatus legacy90vspsSubbandAnalysis_32f32fc(const Vsp32f* source, Vsp32fc* des
   const ec::Rfft32f f = ec::rfft_32f(h->tables, order_of(n));
   auto* a = reinterpret_cast<Vsp32fc*>(vsps::ec::align16(workBuffer));
   auto* u = reinterpret_cast<Vsp32f*>(a);
-  // Window and fold in increasing i; sample j goes to its bit-reversed
-  // packed position.
-  for (int j = 0; j < n; ++j) {
-    Vsp32f s = d[j] * w[j];
-    for (int i = j + n; i < len; i += n) s = s + d[i] * w[i];
-    u[2 * f.rev[j >> 1] + (j & 1)] = s;
-  }
+  // Window and fold, block after block (for every j the terms in
+  // increasing i).
+  for (int j = 0; j < n; ++j) u[j] = d[j] * w[j];
+  for (int b = n; b < len; b += n)
+    for (int j = 0; j < n; ++j) u[j] = u[j] + d[b + j] * w[b + j];
+  ec::bit_reverse_pairs(u, f.rev, f.m);
   ec::cfft_32f<false>(a, f.stage, f.m);
   ec::pack_forward_32f(a, f, destination);
   return vspStsNoErr;
