@@ -23,16 +23,18 @@ inline Limits limits_for(int rate) { return {rate * 413 / 1000, rate * 466 / 100
 
 inline bool rate_ok(int rate) { return rate == 8000 || rate == 16000; }
 
-// The non-tone branch shared by both twins: a dip below 0.48 that ends a
-// tone run of the right length counts a reversal (and resets the run);
-// then the gap run grows, and a gap longer than the limit resets the
-// counters.
+// The non-tone branch shared by both twins: a dip below 0.48 ends the tone
+// run; when the run lasted between the minimum and the maximum the dip
+// counts as a reversal. Then the gap run grows, and a gap longer than the
+// limit resets the counters.
 template <class S>
 inline void dip_or_gap(S& s, bool below048, int& result) {
-  if (below048 && s.toneRun > s.minRun && s.toneRun < s.maxRun) {
-    s.reversals += 1;
-    if (s.reversals >= 2) result = 1;
-    s.toneRun = 0;
+  if (below048) {
+    if (s.toneRun > s.minRun && s.toneRun < s.maxRun) {
+      s.reversals += 1;
+      if (s.reversals >= 2) result = 1;
+    }
+    s.toneRun = 0;  // on every dip, counted or not
   }
   s.gapRun += 1;
   if (s.gapRun > s.gapLimit) {
