@@ -85,6 +85,14 @@ VSPS_FN(VspStatus, legacy90vspsConvPartial_16s_Sfs, (const Vsp16s* pSrc1, const 
  * windowLen samples, windows it with the window read backwards and
  * overlap-adds it. Each call moves one hop of frameSize samples. Use one
  * state for each analysed signal and one for each synthesised signal.
+ * With the built-in windows, analysis followed by synthesis gives the input
+ * back delayed by windowLen - frameSize samples at unit gain, plus the
+ * prototypes' time-aliased copies at multiples of N: a signal-to-error
+ * ratio of 16.1 dB for (5, 24, 128) and 24.2 dB for (6, 44, 256), both
+ * twins (tested). Their sub-band aliasing at these hops also bounds a
+ * per-band echo canceller (about 17-25 dB of echo-return-loss enhancement
+ * on the G.168 hybrids); a caller's prototype at hop N/2 reaches 27-40 dB
+ * (examples/subband_echo_canceller.cpp).
  *
  * The real transform: orders 1..13 (N = 2..8192; order 13 gives 4097
  * sub-bands, the sub-band filters' limit); forward unscaled, inverse

@@ -256,6 +256,14 @@ TEST(SubbandUpdate, LowUpdateLeavesLowerSubbandsAlone) {
       else
         EXPECT_FALSE(h.re == 5 && h.im == 6);
     }
+  // First sub-band equal to the count: success, nothing done.
+  const auto before = f.h;
+  std::vector<Vsp32sc> work2(bands, Vsp32sc{3, 3});
+  ASSERT_EQ(legacy90vspsFIRSubbandLowCoeffUpdate_EC_32sc_I(f.xp.data(), e.data(), hp.data(), segs, work2.data(),
+                                                           step.data(), bands, bands, 0),
+            0);
+  EXPECT_EQ(std::memcmp(before.data(), f.h.data(), before.size() * sizeof(Vsp32sc)), 0);
+  for (const Vsp32sc& w : work2) EXPECT_TRUE(w.re == 3 && w.im == 3);
 }
 
 // Saturation of the 32-bit result and of the left shift.
