@@ -6,7 +6,7 @@ if(LIB MATCHES "\\.dll$")
   find_program(OBJDUMP NAMES x86_64-w64-mingw32-objdump objdump REQUIRED)
   execute_process(COMMAND ${OBJDUMP} -p ${LIB} OUTPUT_VARIABLE out RESULT_VARIABLE rc)
   string(REGEX MATCHALL "\\] legacy90vsps[A-Za-z0-9_]+" found "${out}")
-  list(TRANSFORM found REPLACE "^\\] " "")
+  string(REPLACE "] " "" found "${found}")  # a bracket would upset list splitting
 else()
   find_program(NM nm REQUIRED)
   execute_process(COMMAND ${NM} -D --defined-only ${LIB} OUTPUT_VARIABLE out RESULT_VARIABLE rc)

@@ -27,6 +27,8 @@
 
 namespace vt {
 
+class FuzzInput;
+
 struct Check {
   std::string label;
   std::vector<std::string> touches;  // parameters the check changes
@@ -57,6 +59,12 @@ struct Contract {
   // False where the result differs by level by design (the version record).
   bool sameAtEveryLevel = true;
   int randomTrials = 24;
+  // Fuzzing: chooses the call's scalars (inside or outside their ranges)
+  // through the FuzzInput, sizes every buffer to exactly what the call may
+  // read and write for them, and fills the inputs. Returns false to skip
+  // the input. Without a hook the fuzzer fills the inputs of the valid call
+  // and applies a fuzzer-chosen subset of the checks.
+  std::function<bool(Call&, FuzzInput&)> fuzz;
 
   // The checks with the default null checks in front.
   std::vector<Check> ordered_checks() const;

@@ -1,0 +1,96 @@
+#include "tests/support/fuzz_driver.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstring>
+
+#include "tests/support/levels.h"
+
+namespace vt {
+
+const std::vector<const Contract*>& fuzz_targets() {
+  static const std::vector<const Contract*> list = [] {
+    std::vector<const Contract*> v;
+    for (const Contract& c : all_contracts()) v.push_back(&c);
+    std::sort(v.begin(), v.end(), [](auto* a, auto* b) { return a->name < b->name; });
+    return v;
+  }();
+  return list;
+}
+
+void sanitize_floats(Call& call) {
+  for (const ParamInfo& p : call.fn().params) {
+    if (!p.isPointer || !call.has(p.name)) continue;
+    const Role r = call.role(p.name);
+    if (r != Role::In && r != Role::InOut) continue;
+    if (p.elem == Elem::F32 || p.elem == Elem::C32F) {
+      for (float& v : call.buf<float>(p.name))
+        if (!std::isfinite(v)) v = 0;
+    } else if (p.elem == Elem::F64) {
+      for (double& v : call.buf<double>(p.name))
+        if (!std::isfinite(v)) v = 0;
+    }
+  }
+}
+
+namespace {
+
+void default_fill(Call& call, FuzzInput& in) {
+  for (const ParamInfo& p : call.fn().params) {
+    if (!p.isPointer || !call.has(p.name) || p.elem == Elem::Opaque || p.elem == Elem::Pointer) continue;
+    const Role r = call.role(p.name);
+    if (r == Role::In || r == Role::InOut) in.fill(p.name, call.buf<uint8_t>(p.name));
+  }
+  sanitize_floats(call);
+}
+
+bool touches_any(const Check& c, const std::vector<std::string>& used) {
+  for (const std::string& t : c.touches)
+    if (std::find(used.begin(), used.end(), t) != used.end()) return true;
+  return false;
+}
+
+}  // namespace
+
+std::string fuzz_one(FuzzInput& in) {
+  const auto& targets = fuzz_targets();
+  if (targets.empty()) return "";
+  const Contract& c = *targets[static_cast<std::size_t>(in.scalar("export", 0, int64_t(targets.size()) - 1))];
+  Call call = c.valid();
+  int expected = INT_MIN;
+  if (c.fuzz) {
+    if (!c.fuzz(call, in)) return "";
+  } else {
+    default_fill(call, in);
+    std::vector<std::string> used;
+    for (const Check& check : c.ordered_checks()) {
+      if (!in.choice("check") || touches_any(check, used)) continue;
+      check.apply(call);
+      if (expected == INT_MIN) expected = check.expected;
+      used.insert(used.end(), check.touches.begin(), check.touches.end());
+    }
+  }
+
+  const auto before = call.snapshot();
+  Call low = call, high = call;
+  int64_t stLow = 0, stHigh = 0;
+  {
+    ScopedLevel level(0);
+    stLow = low.invoke();
+  }
+  {
+    ScopedLevel level(highest_supported_level());
+    stHigh = high.invoke();
+  }
+  const std::string what = call.describe();
+  if (expected != INT_MIN && stLow != expected)
+    return what + ": status " + std::to_string(stLow) + ", expected " + std::to_string(expected);
+  if (call.fn().returnsStatus && stLow < 0 && low.snapshot() != before)
+    return what + ": status " + std::to_string(stLow) + " but a buffer was written";
+  if (c.sameAtEveryLevel && (stLow != stHigh || low.snapshot() != high.snapshot()))
+    return what + ": level " + level_name(highest_supported_level()) + " differs from level mx";
+  return "";
+}
+
+}  // namespace vt

@@ -1,0 +1,61 @@
+// Fuzzer-chosen values for a call. A contract's fuzz hook asks for each
+// scalar and each buffer's contents by parameter name; ByteReader answers
+// from the fuzzer's bytes, SeedWriter from a reference call (a golden case)
+// while writing the bytes that ByteReader decodes to the same answers, so
+// that golden cases become seed inputs.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "tests/support/call.h"
+
+namespace vt {
+
+class FuzzInput {
+ public:
+  virtual ~FuzzInput() = default;
+  // A value in [lo, hi].
+  virtual int64_t scalar(std::string_view param, int64_t lo, int64_t hi) = 0;
+  // Contents of a buffer argument.
+  virtual void fill(std::string_view param, std::span<uint8_t> mem) = 0;
+  // A yes/no decision (apply an extra check, corrupt a state field, ...).
+  virtual bool choice(std::string_view what) = 0;
+};
+
+// Decodes fuzzer bytes: a scalar takes 4 bytes (8 when its range is wider
+// than 32 bits), little-endian, reduced modulo the range; a fill takes the
+// buffer's size in bytes; a choice one byte (bit 0). Missing bytes are 0.
+class ByteReader final : public FuzzInput {
+ public:
+  ByteReader(const uint8_t* data, std::size_t size) : data_(data), size_(size) {}
+  int64_t scalar(std::string_view param, int64_t lo, int64_t hi) override;
+  void fill(std::string_view param, std::span<uint8_t> mem) override;
+  bool choice(std::string_view what) override;
+
+ private:
+  uint8_t byte() { return pos_ < size_ ? data_[pos_++] : 0; }
+  const uint8_t* data_;
+  std::size_t size_;
+  std::size_t pos_ = 0;
+};
+
+// Answers from a reference call (its scalars and buffer contents, by name;
+// "export" answers `exportIndex`) and records the matching bytes.
+class SeedWriter final : public FuzzInput {
+ public:
+  SeedWriter(Call reference, int64_t exportIndex) : ref_(std::move(reference)), exportIndex_(exportIndex) {}
+  int64_t scalar(std::string_view param, int64_t lo, int64_t hi) override;
+  void fill(std::string_view param, std::span<uint8_t> mem) override;
+  bool choice(std::string_view what) override;
+  const std::vector<uint8_t>& bytes() const { return bytes_; }
+
+ private:
+  Call ref_;
+  int64_t exportIndex_;
+  std::vector<uint8_t> bytes_;
+};
+
+}  // namespace vt
