@@ -1,5 +1,6 @@
 // Contracts of the 2100 Hz tone detector.
 #include <cmath>
+#include <numbers>
 
 #include "tests/support/contract.h"
 
@@ -25,7 +26,9 @@ void tone_with_reversal(vt::Call& c, std::mt19937& rng, double rate, double scal
   const double amp = 0.1 + 0.8 * double(rng() % 1000) / 1000.0;
   std::normal_distribution<double> noise(0.0, 0.01);
   for (std::size_t n = 0; n < s.size(); ++n) {
-    const double v = amp * std::sin(2 * M_PI * 2100.0 * double(n) / rate + (n >= flip ? M_PI : 0.0)) + noise(rng);
+    const double v =
+        amp * std::sin(2 * std::numbers::pi * 2100.0 * double(n) / rate + (n >= flip ? std::numbers::pi : 0.0)) +
+        noise(rng);
     s[n] = static_cast<T>(v * scale);
   }
 }

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <complex>
+#include <numbers>
 #include <vector>
 
 namespace ect {
@@ -17,7 +18,7 @@ inline std::vector<cplx> dft_real(const std::vector<double>& u) {
   for (std::size_t k = 0; k <= n / 2; ++k) {
     cplx s = 0;
     for (std::size_t i = 0; i < n; ++i) {
-      const double a = -2.0 * M_PI * double((k * i) % n) / double(n);
+      const double a = -2.0 * std::numbers::pi * double((k * i) % n) / double(n);
       s += u[i] * cplx(std::cos(a), std::sin(a));
     }
     x[k] = s;
@@ -32,7 +33,7 @@ inline std::vector<double> idft_real(const std::vector<cplx>& bins, std::size_t 
   for (std::size_t i = 0; i < n; ++i) {
     double s = bins[0].real() + ((i % 2) ? -bins[n / 2].real() : bins[n / 2].real());
     for (std::size_t k = 1; k < n / 2; ++k) {
-      const double a = 2.0 * M_PI * double((k * i) % n) / double(n);
+      const double a = 2.0 * std::numbers::pi * double((k * i) % n) / double(n);
       s += 2.0 * (bins[k].real() * std::cos(a) - bins[k].imag() * std::sin(a));
     }
     v[i] = s / double(n);

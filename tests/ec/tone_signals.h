@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <numbers>
 #include <random>
 #include <vector>
 
@@ -33,7 +34,7 @@ inline std::vector<double> tone_signal(const ToneSignal& s) {
     const double t = double(i) / s.rate;
     int flips = 0;
     if (s.period > 0 && t >= s.firstReversal) flips = 1 + int((t - s.firstReversal) / s.period);
-    double v = s.amplitude * std::sin(2 * M_PI * s.freq * t + M_PI * (flips % 2));
+    double v = s.amplitude * std::sin(2 * std::numbers::pi * s.freq * t + std::numbers::pi * (flips % 2));
     if (s.gapStart >= 0 && t >= s.gapStart && t < s.gapStart + s.gapLength) v = s.gapNoise * gauss(rng);
     x[i] = v + s.noise * gauss(rng);
   }
