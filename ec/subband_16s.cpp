@@ -18,16 +18,6 @@ inline int32_t sat16(int32_t x) { return x > 32767 ? 32767 : (x < -32768 ? -3276
 // Q0 x Q13 product rounded to Q0.
 inline int32_t mul_q13_round(int32_t a, int32_t b) { return (a * b + 4096) >> 13; }
 
-inline int order_of(int32_t n) { return __builtin_ctz(static_cast<uint32_t>(n)); }
-
-// A header that Init wrote: sizes in range and consistent.
-inline bool header_ok(const SubbandHeader16s* h) {
-  const int32_t n = h->fftLen;
-  return n >= 2 && n <= (1 << vsps::ec::kMaxOrder) && (n & (n - 1)) == 0 && h->frameSize >= 1 && h->frameSize <= n &&
-         h->windowLen >= n && h->windowLen % n == 0 && h->delay != nullptr && h->window != nullptr &&
-         h->tables != nullptr;
-}
-
 }  // namespace
 
 VspStatus legacy90vspsSubbandProcessGetSize_16s(int order, int windowLen, int* stateSize, int* initBufSize,
@@ -76,14 +66,14 @@ VspStatus legacy90vspsSubbandAnalysis_16s32sc_Sfs(const Vsp16s* source, Vsp32sc*
                                                   VspsSubbandProcessState_16s* state, int scaleFactor,
                                                   Vsp8u* workBuffer) {
   if (source == nullptr || destination == nullptr || state == nullptr || workBuffer == nullptr) return vspStsNullPtrErr;
-  auto* h = reinterpret_cast<SubbandHeader16s*>(vsps::ec::align16(reinterpret_cast<uint8_t*>(state)));
-  if (!header_ok(h)) return vspStsErr;
+  auto* h = ec::formatted_header<SubbandHeader16s>(state);
+  if (h == nullptr) return vspStsErr;
   const int len = h->windowLen, n = h->fftLen, hop = h->frameSize;
   Vsp16s* d = h->delay;
   const Vsp16s* w = h->window;
   std::memmove(d, d + hop, 2 * std::size_t(len - hop));
   std::memcpy(d + len - hop, source, 2 * std::size_t(hop));
-  const ec::RfftQ30 f = ec::rfft_q30(h->tables, order_of(n));
+  const ec::RfftQ30 f = ec::rfft_q30(h->tables, ec::order_of(n));
   auto* a = reinterpret_cast<int32_t*>(vsps::ec::align16(workBuffer));
   // Window and fold, block after block: every product rounded to Q0, each
   // u[j] saturated after every term (in increasing i for every j).
@@ -99,10 +89,10 @@ VspStatus legacy90vspsSubbandSynthesis_32sc16s_Sfs(const Vsp32sc* source, Vsp16s
                                                    VspsSubbandProcessState_16s* state, int scaleFactor,
                                                    Vsp8u* workBuffer) {
   if (source == nullptr || destination == nullptr || state == nullptr || workBuffer == nullptr) return vspStsNullPtrErr;
-  auto* h = reinterpret_cast<SubbandHeader16s*>(vsps::ec::align16(reinterpret_cast<uint8_t*>(state)));
-  if (!header_ok(h)) return vspStsErr;
+  auto* h = ec::formatted_header<SubbandHeader16s>(state);
+  if (h == nullptr) return vspStsErr;
   const int len = h->windowLen, n = h->fftLen, hop = h->frameSize;
-  const ec::RfftQ30 f = ec::rfft_q30(h->tables, order_of(n));
+  const ec::RfftQ30 f = ec::rfft_q30(h->tables, ec::order_of(n));
   auto* v = reinterpret_cast<int32_t*>(vsps::ec::align16(workBuffer));
   ec::inverse_q30(source, f, v, scaleFactor);  // v[0..N-1], 16-bit range
   Vsp16s* d = h->delay;

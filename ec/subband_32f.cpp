@@ -9,20 +9,7 @@
 
 namespace vsps::VSPS_NS {
 
-namespace {
-
 using vsps::ec::SubbandHeader32f;
-
-inline int order_of(int32_t n) { return __builtin_ctz(static_cast<uint32_t>(n)); }
-
-inline bool header_ok(const SubbandHeader32f* h) {
-  const int32_t n = h->fftLen;
-  return n >= 2 && n <= (1 << vsps::ec::kMaxOrder) && (n & (n - 1)) == 0 && h->frameSize >= 1 && h->frameSize <= n &&
-         h->windowLen >= n && h->windowLen % n == 0 && h->delay != nullptr && h->window != nullptr &&
-         h->tables != nullptr;
-}
-
-}  // namespace
 
 VspStatus legacy90vspsSubbandProcessGetSize_32f(int order, int windowLen, int* stateSize, int* initBufSize,
                                                 int* workBufSize) {
@@ -63,14 +50,14 @@ VspStatus legacy90vspsSubbandProcessInit_32f(Vsp8u* state, int order, int frameS
 VspStatus legacy90vspsSubbandAnalysis_32f32fc(const Vsp32f* source, Vsp32fc* destination,
                                               VspsSubbandProcessState_32f* state, Vsp8u* workBuffer) {
   if (source == nullptr || destination == nullptr || state == nullptr || workBuffer == nullptr) return vspStsNullPtrErr;
-  auto* h = reinterpret_cast<SubbandHeader32f*>(vsps::ec::align16(reinterpret_cast<uint8_t*>(state)));
-  if (!header_ok(h)) return vspStsErr;
+  auto* h = ec::formatted_header<SubbandHeader32f>(state);
+  if (h == nullptr) return vspStsErr;
   const int len = h->windowLen, n = h->fftLen, hop = h->frameSize;
   Vsp32f* d = h->delay;
   const Vsp32f* w = h->window;
   std::memmove(d, d + hop, 4 * std::size_t(len - hop));
   std::memcpy(d + len - hop, source, 4 * std::size_t(hop));
-  const ec::Rfft32f f = ec::rfft_32f(h->tables, order_of(n));
+  const ec::Rfft32f f = ec::rfft_32f(h->tables, ec::order_of(n));
   auto* a = reinterpret_cast<Vsp32fc*>(vsps::ec::align16(workBuffer));
   auto* u = reinterpret_cast<Vsp32f*>(a);
   // Window and fold, block after block (for every j the terms in
@@ -87,10 +74,10 @@ VspStatus legacy90vspsSubbandAnalysis_32f32fc(const Vsp32f* source, Vsp32fc* des
 VspStatus legacy90vspsSubbandSynthesis_32fc32f(const Vsp32fc* source, Vsp32f* destination,
                                                VspsSubbandProcessState_32f* state, Vsp8u* workBuffer) {
   if (source == nullptr || destination == nullptr || state == nullptr || workBuffer == nullptr) return vspStsNullPtrErr;
-  auto* h = reinterpret_cast<SubbandHeader32f*>(vsps::ec::align16(reinterpret_cast<uint8_t*>(state)));
-  if (!header_ok(h)) return vspStsErr;
+  auto* h = ec::formatted_header<SubbandHeader32f>(state);
+  if (h == nullptr) return vspStsErr;
   const int len = h->windowLen, n = h->fftLen, hop = h->frameSize;
-  const ec::Rfft32f f = ec::rfft_32f(h->tables, order_of(n));
+  const ec::Rfft32f f = ec::rfft_32f(h->tables, ec::order_of(n));
   auto* a = reinterpret_cast<Vsp32fc*>(vsps::ec::align16(workBuffer));
   ec::unpack_inverse_32f(source, f, a);
   ec::cfft_32f<true>(a, f.stage, f.m);

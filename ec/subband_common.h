@@ -58,4 +58,19 @@ inline const double* subband_quarter_cosines(int order, Vsp8u* initBuffer, doubl
   return q;
 }
 
+// log2 of the transform length N stored in a header.
+inline int order_of(int32_t n) { return __builtin_ctz(static_cast<uint32_t>(n)); }
+
+// The header of a state block (either twin) from the caller's pointer, or
+// null when Init did not write it (sizes out of range or inconsistent).
+template <class Header, class State>
+inline Header* formatted_header(State* state) {
+  auto* h = reinterpret_cast<Header*>(vsps::ec::align16(reinterpret_cast<uint8_t*>(state)));
+  const int32_t n = h->fftLen;
+  const bool ok = n >= 2 && n <= (1 << vsps::ec::kMaxOrder) && (n & (n - 1)) == 0 && h->frameSize >= 1 &&
+                  h->frameSize <= n && h->windowLen >= n && h->windowLen % n == 0 && h->delay != nullptr &&
+                  h->window != nullptr && h->tables != nullptr;
+  return ok ? h : nullptr;
+}
+
 }  // namespace vsps::VSPS_NS::ec

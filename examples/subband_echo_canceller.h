@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <initializer_list>
 #include <vector>
 
 #include "vsps.h"
@@ -57,24 +58,32 @@ inline CancellerConfig builtin_config() {
   return c;
 }
 
+// Sizes, allocates and formats filter-bank states of the configuration
+// (the window of cfg, or the built-in one), and one work buffer for them.
+inline bool init_bank_states(const CancellerConfig& cfg, std::initializer_list<std::vector<Vsp8u>*> states,
+                             std::vector<Vsp8u>* work) {
+  int stateSize = 0, initSize = 0, workSize = 0;
+  if (legacy90vspsSubbandProcessGetSize_32f(cfg.order, cfg.windowLen, &stateSize, &initSize, &workSize) != 0)
+    return false;
+  std::vector<Vsp8u> initBuf(static_cast<std::size_t>(initSize) + 1);  // only needed during Init
+  work->assign(static_cast<std::size_t>(workSize), 0);
+  const Vsp32f* window = cfg.window.empty() ? nullptr : cfg.window.data();
+  for (std::vector<Vsp8u>* s : states) {
+    s->assign(static_cast<std::size_t>(stateSize), 0);
+    if (legacy90vspsSubbandProcessInit_32f(s->data(), cfg.order, cfg.frameSize, cfg.windowLen, window,
+                                           initBuf.data()) != 0)
+      return false;
+  }
+  return true;
+}
+
 class SubbandEchoCanceller {
  public:
   // Returns false when the library refuses the configuration.
   bool init(const CancellerConfig& cfg) {
     cfg_ = cfg;
     bins_ = (1 << cfg.order) / 2 + 1;
-    int stateSize = 0, initSize = 0, workSize = 0;
-    if (legacy90vspsSubbandProcessGetSize_32f(cfg.order, cfg.windowLen, &stateSize, &initSize, &workSize) != 0)
-      return false;
-    std::vector<Vsp8u> initBuf(static_cast<std::size_t>(initSize) + 1);
-    work_.assign(static_cast<std::size_t>(workSize), 0);
-    const Vsp32f* window = cfg.window.empty() ? nullptr : cfg.window.data();
-    for (std::vector<Vsp8u>* s : {&farState_, &nearState_, &outState_}) {
-      s->assign(static_cast<std::size_t>(stateSize), 0);
-      if (legacy90vspsSubbandProcessInit_32f(s->data(), cfg.order, cfg.frameSize, cfg.windowLen, window,
-                                             initBuf.data()) != 0)
-        return false;
-    }
+    if (!init_bank_states(cfg, {&farState_, &nearState_, &outState_}, &work_)) return false;
     const auto frames = static_cast<std::size_t>(cfg.segments);
     history_.assign(frames * bins_, Vsp32fc{0, 0});
     coeffs_.assign(frames * bins_, Vsp32fc{0, 0});
@@ -152,18 +161,7 @@ class SubbandEchoCanceller {
 class ResidualProbe {
  public:
   bool init(const CancellerConfig& cfg) {
-    int stateSize = 0, initSize = 0, workSize = 0;
-    if (legacy90vspsSubbandProcessGetSize_32f(cfg.order, cfg.windowLen, &stateSize, &initSize, &workSize) != 0)
-      return false;
-    std::vector<Vsp8u> initBuf(static_cast<std::size_t>(initSize) + 1);
-    work_.assign(static_cast<std::size_t>(workSize), 0);
-    const Vsp32f* window = cfg.window.empty() ? nullptr : cfg.window.data();
-    for (std::vector<Vsp8u>* s : {&anaState_, &synState_}) {
-      s->assign(static_cast<std::size_t>(stateSize), 0);
-      if (legacy90vspsSubbandProcessInit_32f(s->data(), cfg.order, cfg.frameSize, cfg.windowLen, window,
-                                             initBuf.data()) != 0)
-        return false;
-    }
+    if (!init_bank_states(cfg, {&anaState_, &synState_}, &work_)) return false;
     frame_.assign(static_cast<std::size_t>((1 << cfg.order) / 2 + 1), Vsp32fc{0, 0});
     return true;
   }

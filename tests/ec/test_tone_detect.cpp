@@ -22,12 +22,18 @@ struct Detection {
   bool any() const { return !calls.empty(); }
 };
 
-Detection run_detector(bool fixedPoint, int rate, const std::vector<double>& x, std::size_t block,
-                       std::size_t misalign = 0) {
+struct Counters {
+  int32_t toneRun, gapRun, reversals;
+};
+
+// Runs a detector (state at `misalign` bytes into its block) over x in
+// blocks of `block` samples: the calls that reported the tone go to *d, the
+// counters left in the state are returned.
+Counters run_state(bool fixedPoint, int rate, const std::vector<double>& x, std::size_t block, Detection* d,
+                   std::size_t misalign = 0) {
   std::vector<uint8_t> state((fixedPoint ? 72 : 80) + misalign);
   Vsp8u* s = state.data() + misalign;
   EXPECT_EQ(fixedPoint ? legacy90vspsToneDetectInit_EC_16s(s, rate) : legacy90vspsToneDetectInit_EC_32f(s, rate), 0);
-  Detection d;
   std::vector<Vsp16s> x16(x.size());
   std::vector<Vsp32f> x32(x.size());
   for (std::size_t i = 0; i < x.size(); ++i) {
@@ -43,45 +49,23 @@ Detection run_detector(bool fixedPoint, int rate, const std::vector<double>& x, 
             : legacy90vspsToneDetect_EC_32f(&x32[p], len, &result, reinterpret_cast<VspsToneDetectState_32f*>(s));
     EXPECT_EQ(st, 0);
     EXPECT_TRUE(result == 0 || result == 1);
-    if (result == 1) d.calls.push_back({p, p + std::size_t(len)});
+    if (result == 1) d->calls.push_back({p, p + std::size_t(len)});
   }
-  return d;
-}
-
-struct Counters {
-  int32_t toneRun, gapRun, reversals;
-};
-// As run_detector, and the counters left in the state.
-Counters run_state(bool fixedPoint, int rate, const std::vector<double>& x, std::size_t block, Detection* d) {
-  std::vector<uint8_t> state(80);
-  Vsp8u* s = state.data();
-  EXPECT_EQ(fixedPoint ? legacy90vspsToneDetectInit_EC_16s(s, rate) : legacy90vspsToneDetectInit_EC_32f(s, rate), 0);
-  for (std::size_t p = 0; p < x.size(); p += block) {
-    const int len = static_cast<int>(std::min(block, x.size() - p));
-    std::vector<Vsp16s> x16(std::size_t(len), 0);
-    std::vector<Vsp32f> x32(std::size_t(len), 0);
-    for (int i = 0; i < len; ++i) {
-      x16[std::size_t(i)] = static_cast<Vsp16s>(std::lround(x[p + std::size_t(i)] * 32767.0));
-      x32[std::size_t(i)] = static_cast<Vsp32f>(x[p + std::size_t(i)]);
-    }
-    int result = 0;
-    if (fixedPoint)
-      legacy90vspsToneDetect_EC_16s(x16.data(), len, &result, reinterpret_cast<VspsToneDetectState_16s*>(s));
-    else
-      legacy90vspsToneDetect_EC_32f(x32.data(), len, &result, reinterpret_cast<VspsToneDetectState_32f*>(s));
-    if (result) d->calls.push_back({p, p + std::size_t(len)});
-  }
-  Counters c{};
   if (fixedPoint) {
     vsps::ec::ToneState16s t;
     std::memcpy(&t, vsps::ec::align16(s), sizeof t);
-    c = {t.toneRun, t.gapRun, t.reversals};
-  } else {
-    vsps::ec::ToneState32f t;
-    std::memcpy(&t, vsps::ec::align16(s), sizeof t);
-    c = {t.toneRun, t.gapRun, t.reversals};
+    return {t.toneRun, t.gapRun, t.reversals};
   }
-  return c;
+  vsps::ec::ToneState32f t;
+  std::memcpy(&t, vsps::ec::align16(s), sizeof t);
+  return {t.toneRun, t.gapRun, t.reversals};
+}
+
+Detection run_detector(bool fixedPoint, int rate, const std::vector<double>& x, std::size_t block,
+                       std::size_t misalign = 0) {
+  Detection d;
+  run_state(fixedPoint, rate, x, block, &d, misalign);
+  return d;
 }
 
 struct Twin {
