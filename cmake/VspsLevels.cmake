@@ -15,7 +15,10 @@ set(VSPS_FLAGS_u8 -march=x86-64 -mssse3)
 set(VSPS_FLAGS_n8 -march=x86-64 -mssse3 -mmovbe)
 set(VSPS_FLAGS_y8 -march=x86-64 -msse4.1)
 set(VSPS_FLAGS_e9 -march=x86-64 -mavx)
-set(VSPS_FLAGS_l9 -march=x86-64 -mavx2 -mfma -mbmi -mbmi2)
+# Level 6 requires FMA of the processor but its code never uses it: FMA
+# changes float bits, and gcc 12 fuses vectorised add/subtract pairs of
+# products into vfmaddsub/vfmsubadd even with -ffp-contract=off.
+set(VSPS_FLAGS_l9 -march=x86-64 -mavx2 -mbmi -mbmi2 -mno-fma)
 # Every variant object: no FMA contraction (it changes float bits at level
 # 6), full vectoriser.
 set(VSPS_VARIANT_COMMON_FLAGS -ffp-contract=off -O3)

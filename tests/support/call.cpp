@@ -1,5 +1,6 @@
 #include "tests/support/call.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace vt {
@@ -82,6 +83,72 @@ Call& Call::frames(std::string_view name, std::string_view backing, std::size_t 
   return *this;
 }
 
+Call& Call::frames(std::string_view name, std::size_t count, std::size_t stride, std::size_t minBacking) {
+  const ParamInfo& p = fn_->params[static_cast<std::size_t>(index(name))];
+  if (!p.isFrames()) throw std::runtime_error(std::string(name) + " is not a pointer array");
+  Arg& a = arg(name);
+  a = Arg{};
+  a.role = Role::Frames;
+  a.set = true;
+  a.backing = kOwnBacking;
+  a.frameCount = count;
+  a.frameStride = stride;
+  a.mem.assign(count * sizeof(void*), 0);
+  a.own.assign(std::max(count * stride, minBacking) * p.frameElemSize, 0);
+  return *this;
+}
+
+Call& Call::offset(std::string_view name, std::size_t count) {
+  const ParamInfo& p = fn_->params[static_cast<std::size_t>(index(name))];
+  Arg& a = arg(name);
+  if (!a.set || a.role == Role::Null || a.role == Role::Frames || a.role == Role::Scalar)
+    throw std::runtime_error(std::string(name) + ": offset() needs a buffer");
+  a.misalign = count * (p.elemSize == 0 ? 1 : p.elemSize);
+  a.offsetBytes = true;
+  return *this;
+}
+
+Call& Call::self_pointers(std::string_view name, std::vector<std::size_t> offsets) {
+  arg(name).selfPointers = std::move(offsets);
+  return *this;
+}
+
+namespace {
+uint8_t* aligned_start(std::vector<uint8_t>& mem, std::size_t misalign) {
+  const auto p = reinterpret_cast<uintptr_t>(mem.data() + misalign);
+  return reinterpret_cast<uint8_t*>((p + 15) & ~uintptr_t(15));
+}
+}  // namespace
+
+Call::Call(const Call& other) : fn_(other.fn_), args_(other.args_) { rebase_self_pointers(other); }
+
+Call& Call::operator=(const Call& other) {
+  if (this != &other) {
+    fn_ = other.fn_;
+    args_ = other.args_;
+    rebase_self_pointers(other);
+  }
+  return *this;
+}
+
+void Call::rebase_self_pointers(const Call& from) {
+  for (std::size_t k = 0; k < args_.size(); ++k) {
+    Arg& a = args_[k];
+    if (a.selfPointers.empty() || a.mem.empty()) continue;
+    const Arg& b = from.args_[k];
+    const auto oldBase = reinterpret_cast<uintptr_t>(b.mem.data());
+    const auto newBase = reinterpret_cast<uintptr_t>(a.mem.data());
+    if ((oldBase & 15) != (newBase & 15)) throw std::runtime_error("self_pointers: copy with another alignment");
+    uint8_t* start = aligned_start(a.mem, a.misalign);
+    for (std::size_t off : a.selfPointers) {
+      uintptr_t v;
+      std::memcpy(&v, start + off, sizeof v);
+      if (v >= oldBase && v < oldBase + b.mem.size()) v = v - oldBase + newBase;
+      std::memcpy(start + off, &v, sizeof v);
+    }
+  }
+}
+
 int64_t Call::scalar_value(std::string_view name) const { return arg(name).scalar.i; }
 Role Call::role(std::string_view name) const { return arg(name).role; }
 bool Call::has(std::string_view name) const { return fn_->index_of(name) >= 0 && arg(name).set; }
@@ -100,21 +167,26 @@ int64_t Call::invoke() {
         slots[k].p = nullptr;
         break;
       case Role::Frames: {
-        Arg& b = args_[static_cast<std::size_t>(a.backing)];
-        const std::size_t elem = fn_->params[static_cast<std::size_t>(a.backing)].elemSize;
+        const bool own = a.backing == kOwnBacking;
+        std::vector<uint8_t>& backing = own ? a.own : args_[static_cast<std::size_t>(a.backing)].mem;
+        const std::size_t skip = own ? 0 : args_[static_cast<std::size_t>(a.backing)].misalign;
+        const std::size_t elem = own ? p.frameElemSize : fn_->params[static_cast<std::size_t>(a.backing)].elemSize;
         // The table entries point into the backing buffer (or at its start
         // when the backing is too short: placeholder frames of failing calls).
         auto** table = reinterpret_cast<uint8_t**>(a.mem.data());
         for (std::size_t m = 0; m < a.frameCount; ++m) {
           const std::size_t off = m * a.frameStride * elem;
-          table[m] = b.mem.data() + b.misalign + (off < b.mem.size() ? off : 0);
+          table[m] = backing.data() + skip + (off + elem <= backing.size() - skip ? off : 0);
         }
         slots[k].p = a.mem.data();
         break;
       }
-      default:
-        slots[k].p = a.mem.data() + a.misalign;
+      default: {
+        // An empty buffer is still a valid, non-null pointer.
+        static uint64_t emptyBuffer[2];
+        slots[k].p = a.mem.empty() ? static_cast<void*>(emptyBuffer) : a.mem.data() + a.misalign;
         break;
+      }
     }
   }
   return fn_->call(slots.data());
@@ -122,18 +194,37 @@ int64_t Call::invoke() {
 
 std::vector<std::vector<uint8_t>> Call::snapshot() const {
   std::vector<std::vector<uint8_t>> s;
-  for (const Arg& a : args_) s.push_back(a.role == Role::Frames ? std::vector<uint8_t>{} : a.mem);
+  for (const Arg& a : args_) {
+    if (a.role == Role::Frames) {
+      s.push_back(a.backing == kOwnBacking ? a.own : std::vector<uint8_t>{});
+      continue;
+    }
+    std::vector<uint8_t> bytes = a.mem;
+    if (!a.selfPointers.empty() && !bytes.empty()) {
+      const auto base = reinterpret_cast<uintptr_t>(a.mem.data());
+      const auto startOff = ((base + a.misalign + 15) & ~uintptr_t(15)) - base;
+      for (std::size_t off : a.selfPointers) {
+        if (startOff + off + sizeof(uintptr_t) > bytes.size()) continue;
+        uintptr_t v;
+        std::memcpy(&v, bytes.data() + startOff + off, sizeof v);
+        if (v >= base && v < base + a.mem.size()) v -= base;
+        std::memcpy(bytes.data() + startOff + off, &v, sizeof v);
+      }
+    }
+    s.push_back(std::move(bytes));
+  }
   return s;
 }
 
 void Call::randomize_inputs(std::mt19937& rng) {
   for (std::size_t k = 0; k < args_.size(); ++k) {
     Arg& a = args_[k];
-    if (a.role != Role::In && a.role != Role::InOut) continue;
     const ParamInfo& p = fn_->params[k];
-    uint8_t* d = a.mem.data() + a.misalign;
-    const std::size_t n = a.mem.size() - a.misalign;
-    switch (p.elem) {
+    const bool ownFrames = a.role == Role::Frames && a.backing == kOwnBacking;
+    if (a.role != Role::In && a.role != Role::InOut && !ownFrames) continue;
+    uint8_t* d = ownFrames ? a.own.data() : a.mem.data() + (a.offsetBytes ? 0 : a.misalign);
+    const std::size_t n = ownFrames ? a.own.size() : a.mem.size() - (a.offsetBytes ? 0 : a.misalign);
+    switch (ownFrames ? p.frameElem : p.elem) {
       case Elem::F32:
       case Elem::C32F: {
         std::uniform_real_distribution<float> u(-1.0f, 1.0f);
@@ -175,7 +266,7 @@ std::string Call::describe() const {
         os << "null";
         break;
       case Role::Frames:
-        os << "[" << a.frameCount << " frames]";
+        os << "[" << a.frameCount << " frames of " << a.frameStride << "]";
         break;
       default:
         os << "[" << a.mem.size() - a.misalign << " bytes]";

@@ -47,12 +47,31 @@ class Call {
   // A pointer-array argument whose count entries point into buffer
   // `backing`, entry m at element m*stride.
   Call& frames(std::string_view name, std::string_view backing, std::size_t count, std::size_t stride);
+  // A pointer-array argument with its own zero-filled backing of count
+  // frames of `stride` elements (the element type the entries point to);
+  // entry m points at element m*stride, or at the backing's start when the
+  // backing is shorter (placeholder frames of failing calls). buf() and
+  // snapshot() of such an argument give the backing.
+  // minBacking: at least this many elements of backing (placeholders).
+  Call& frames(std::string_view name, std::size_t count, std::size_t stride, std::size_t minBacking = 0);
+  // Passes the pointer `count` elements past the start of the argument's
+  // buffer (history in front of a block); buf() still gives the whole
+  // buffer from its start.
+  Call& offset(std::string_view name, std::size_t count);
+  // Declares that an opaque buffer (a state block formatted in place) holds
+  // pointers into itself at these byte offsets from its first 16-byte
+  // boundary: copies of the call rebase them onto their own memory, and
+  // snapshot() shows them as offsets, so that copies compare equal.
+  Call& self_pointers(std::string_view name, std::vector<std::size_t> offsets);
 
   // Access to a pointer argument's memory as elements of type T.
   template <class T>
   std::span<T> buf(std::string_view name) {
     Arg& a = arg(name);
-    return {reinterpret_cast<T*>(a.mem.data() + a.misalign), (a.mem.size() - a.misalign) / sizeof(T)};
+    if (a.role == Role::Frames && a.backing == kOwnBacking)
+      return {reinterpret_cast<T*>(a.own.data()), a.own.size() / sizeof(T)};
+    const std::size_t skip = a.offsetBytes ? 0 : a.misalign;
+    return {reinterpret_cast<T*>(a.mem.data() + skip), (a.mem.size() - skip) / sizeof(T)};
   }
   int64_t scalar_value(std::string_view name) const;
   Role role(std::string_view name) const;
@@ -71,6 +90,11 @@ class Call {
   // Human-readable argument summary for failure messages.
   std::string describe() const;
 
+  Call(const Call& other);
+  Call& operator=(const Call& other);
+  Call(Call&&) = default;
+  Call& operator=(Call&&) = default;
+
  private:
   struct Arg {
     Role role = Role::Null;
@@ -78,9 +102,14 @@ class Call {
     std::vector<uint8_t> mem;
     std::size_t misalign = 0;
     Slot scalar;
-    int backing = -1;  // Frames: index of the buffer argument
+    int backing = -1;  // Frames: index of the buffer argument, or kOwnBacking
     std::size_t frameCount = 0, frameStride = 0;
+    std::vector<uint8_t> own;               // Frames with their own backing
+    bool offsetBytes = false;               // misalign is an element offset (offset())
+    std::vector<std::size_t> selfPointers;  // byte offsets from the aligned start
   };
+  static constexpr int kOwnBacking = -2;
+  void rebase_self_pointers(const Call& from);
   Arg& arg(std::string_view name);
   const Arg& arg(std::string_view name) const;
   int index(std::string_view name) const;

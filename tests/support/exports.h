@@ -25,6 +25,11 @@ struct ParamInfo {
   bool constPointee = false;  // pointer to const: an input
   Elem elem = Elem::Int;      // pointee for pointers, the scalar kind otherwise
   std::size_t elemSize = 0;   // bytes per pointee element (0 for opaque)
+  // Pointer arrays (pointer to pointer): the element type of the frames the
+  // entries point to.
+  Elem frameElem = Elem::Opaque;
+  std::size_t frameElemSize = 0;
+  bool isFrames() const { return isPointer && elem == Elem::Pointer && frameElemSize != 0; }
 };
 
 // One argument value.
@@ -100,6 +105,11 @@ ParamInfo param_of() {
     p.constPointee = std::is_const_v<P>;
     p.elem = elem_of<P>();
     p.elemSize = size_of_complete<std::remove_cv_t<P>>();
+    if constexpr (std::is_pointer_v<std::remove_cv_t<P>>) {
+      using F = std::remove_cv_t<std::remove_pointer_t<std::remove_cv_t<P>>>;
+      p.frameElem = elem_of<F>();
+      p.frameElemSize = size_of_complete<F>();
+    }
   } else if constexpr (std::is_floating_point_v<A>) {
     p.elem = sizeof(A) == 4 ? Elem::Float : Elem::Double;
     p.elemSize = sizeof(A);

@@ -44,7 +44,8 @@ void SeedWriter::fill(std::string_view param, std::span<uint8_t> mem) {
   if (ref_.fn().index_of(param) >= 0 && ref_.has(param) && ref_.role(param) != Role::Scalar &&
       ref_.role(param) != Role::Null && ref_.role(param) != Role::Frames) {
     const auto src = ref_.buf<uint8_t>(param);
-    std::memcpy(mem.data(), src.data(), std::min(src.size(), mem.size()));
+    const std::size_t n = std::min(src.size(), mem.size());
+    if (n > 0) std::memcpy(mem.data(), src.data(), n);  // an empty buffer may have no address
   }
   bytes_.insert(bytes_.end(), mem.begin(), mem.end());
 }

@@ -1,0 +1,113 @@
+// Coefficient updates of the sub-band echo-path filters (normalised least
+// mean squares per sub-band): H_m[k] += mu_k E[k] conj(X_m[k]).
+#include "ec/subband_filter.h"
+#include "vsps.h"
+
+namespace vsps::VSPS_NS {
+
+namespace {
+
+// t = (mantissa * e + 2^30) >> 31 per component, 64-bit.
+inline Vsp32sc step_times_error(int32_t mantissa, Vsp32sc e) {
+  const int64_t half = int64_t(1) << 30;
+  return {static_cast<int32_t>((int64_t(mantissa) * e.re + half) >> 31),
+          static_cast<int32_t>((int64_t(mantissa) * e.im + half) >> 31)};
+}
+
+// H + (t conj(x)) * 2^-count, with 32-bit saturation of the result. The
+// product's two terms are combined with 64-bit saturation (kSaturate) or
+// in wrapping 64-bit arithmetic.
+template <bool kSaturate>
+inline Vsp32sc update_one(Vsp32sc h, Vsp32sc t, Vsp32sc x, int64_t count) {
+  int64_t re, im;
+  if constexpr (kSaturate) {
+    re = ec::add_sat64(int64_t(t.re) * x.re, int64_t(t.im) * x.im);
+    im = ec::sub_sat64(int64_t(t.im) * x.re, int64_t(t.re) * x.im);
+  } else {
+    re = ec::wrap_add64(int64_t(t.re) * x.re, int64_t(t.im) * x.im);
+    im = ec::wrap_sub64(int64_t(t.im) * x.re, int64_t(t.re) * x.im);
+  }
+  // Clamp before adding: anything beyond 2^40 saturates the 32-bit result.
+  auto add = [count](int32_t a, int64_t d) {
+    d = ec::shift_sat64(d, count);
+    const int64_t lim = int64_t(1) << 40;
+    d = d > lim ? lim : (d < -lim ? -lim : d);
+    return ec::sat32(a + d);
+  };
+  return {add(h.re, re), add(h.im, im)};
+}
+
+}  // namespace
+
+VspStatus legacy90vspsFIRSubbandCoeffUpdate_EC_32fc_I(const Vsp64f* step, const Vsp32fc* const* inputFrames,
+                                                      const Vsp32fc* errorFrame, Vsp32fc** coeffFrames, int numSegments,
+                                                      int numSubbands) {
+  if (step == nullptr || inputFrames == nullptr || errorFrame == nullptr || coeffFrames == nullptr)
+    return vspStsNullPtrErr;
+  if (numSubbands < 1 || numSubbands > ec::kMaxSubbands) return vspStsFIRLenErr;
+  if (numSegments < 1 || numSegments > ec::kMaxSegments) return vspStsRangeErr;
+  for (int k = 0; k < numSubbands; ++k)
+    if (step[k] < 0.0) return vspStsSizeErr;
+  double t[2 * ec::kMaxSubbands];  // mu_k E[k], double precision
+  for (int k = 0; k < numSubbands; ++k) {
+    t[2 * k] = step[k] * double(errorFrame[k].re);
+    t[2 * k + 1] = step[k] * double(errorFrame[k].im);
+  }
+  for (int m = 0; m < numSegments; ++m) {
+    const Vsp32fc* x = inputFrames[m];
+    Vsp32fc* h = coeffFrames[m];
+    for (int k = 0; k < numSubbands; ++k) {
+      const double tr = t[2 * k], ti = t[2 * k + 1];
+      const double xr = x[k].re, xi = x[k].im;
+      const double re = tr * xr + ti * xi;
+      const double im = ti * xr - tr * xi;
+      h[k].re = static_cast<float>(double(h[k].re) + re);
+      h[k].im = static_cast<float>(double(h[k].im) + im);
+    }
+  }
+  return vspStsNoErr;
+}
+
+VspStatus legacy90vspsFIRSubbandCoeffUpdate_EC_32sc_I(const Vsp32s* step, const Vsp32sc* const* inputFrames,
+                                                      const Vsp32sc* errorFrame, Vsp32sc** coeffFrames, int numSegments,
+                                                      int numSubbands, int scaleFactor) {
+  if (step == nullptr || inputFrames == nullptr || errorFrame == nullptr || coeffFrames == nullptr)
+    return vspStsNullPtrErr;
+  if (numSubbands < 1 || numSubbands > ec::kMaxSubbands) return vspStsFIRLenErr;
+  if (numSegments < 1 || numSegments > ec::kMaxSegments) return vspStsRangeErr;
+  if (scaleFactor < 0 || scaleFactor > 31) return vspStsRangeErr;
+  for (int k = 0; k < numSubbands; ++k)
+    if (step[2 * k] < 0) return vspStsSizeErr;
+  Vsp32sc t[ec::kMaxSubbands];
+  for (int k = 0; k < numSubbands; ++k) t[k] = step_times_error(step[2 * k], errorFrame[k]);
+  for (int m = 0; m < numSegments; ++m) {
+    const Vsp32sc* x = inputFrames[m];
+    Vsp32sc* h = coeffFrames[m];
+    for (int k = 0; k < numSubbands; ++k)
+      h[k] = update_one<true>(h[k], t[k], x[k], int64_t(step[2 * k + 1]) - scaleFactor - 31);
+  }
+  return vspStsNoErr;
+}
+
+VspStatus legacy90vspsFIRSubbandLowCoeffUpdate_EC_32sc_I(const Vsp32sc* const* inputFrames, const Vsp32sc* errorFrame,
+                                                         Vsp32sc** coeffFrames, int numSegments, Vsp32sc* workFrame,
+                                                         const Vsp32s* step, int firstSubband, int numSubbands,
+                                                         int scaleFactor) {
+  if (inputFrames == nullptr || errorFrame == nullptr || coeffFrames == nullptr || workFrame == nullptr ||
+      step == nullptr)
+    return vspStsNullPtrErr;
+  if (numSegments < 1 || numSegments > ec::kMaxSegments || firstSubband < 0 || firstSubband > numSubbands)
+    return vspStsRangeErr;
+  if (numSubbands < 1 || numSubbands > ec::kMaxSubbands) return vspStsFIRLenErr;
+  if (scaleFactor < 0 || scaleFactor > 31) return vspStsRangeErr;
+  for (int k = firstSubband; k < numSubbands; ++k) workFrame[k] = step_times_error(step[2 * k], errorFrame[k]);
+  for (int m = 0; m < numSegments; ++m) {
+    const Vsp32sc* x = inputFrames[m];
+    Vsp32sc* h = coeffFrames[m];
+    for (int k = firstSubband; k < numSubbands; ++k)
+      h[k] = update_one<false>(h[k], workFrame[k], x[k], int64_t(step[2 * k + 1]) - scaleFactor - 31);
+  }
+  return vspStsNoErr;
+}
+
+}  // namespace vsps::VSPS_NS
