@@ -20,6 +20,7 @@ import argparse
 import json
 import os
 import statistics
+import tempfile
 import subprocess
 import sys
 
@@ -34,12 +35,17 @@ def run(bench, mask, args):
     env.pop("VSPS_CPU_MASK", None)
     if mask is not None:
         env["VSPS_CPU_MASK"] = mask
-    cmd = [bench, "--benchmark_format=json"]
+    # JSON through a file: peers may print to standard output.
+    fd, path = tempfile.mkstemp(suffix=".json")
+    os.close(fd)
+    cmd = [bench, "--benchmark_out=" + path, "--benchmark_out_format=json"]
     cmd += ["--benchmark_min_time=%g" % (0.0001 if args.smoke else args.min_time)]
     if args.filter:
         cmd.append("--benchmark_filter=" + args.filter)
-    out = subprocess.run(cmd, env=env, check=True, stdout=subprocess.PIPE).stdout
-    data = json.loads(out)
+    subprocess.run(cmd, env=env, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    with open(path) as f:
+        data = json.load(f)
+    os.unlink(path)
     level = data["context"].get("vsps level", "?")
     times, frames, errors = {}, {}, []
     for b in data["benchmarks"]:

@@ -92,6 +92,12 @@ inline bool same_or_disjoint(const void* a, const void* b, std::size_t bytes) {
   return x == y || x + bytes <= y || y + bytes <= x;
 }
 
+// True when [a, a + aBytes) and [b, b + bBytes) do not overlap.
+inline bool disjoint(const void* a, std::size_t aBytes, const void* b, std::size_t bBytes) {
+  const auto x = reinterpret_cast<std::uintptr_t>(a), y = reinterpret_cast<std::uintptr_t>(b);
+  return x + aBytes <= y || y + bBytes <= x;
+}
+
 // The lane holding the smallest key; among equal keys the smallest index
 // (the first minimum of a sequential search).
 inline int32_t first_min_index(const int32_t* keys, const int32_t* idx, int lanes) {
