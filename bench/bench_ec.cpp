@@ -6,9 +6,13 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "bench/bench_data.h"
+#include "core/cpu_state.h"
+#include "ec/internal_ops.h"
 #include "tools/speech_signal.h"
 
 namespace {
@@ -401,5 +405,53 @@ void BM_EC_ToneDetect_32f(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * kBlock);
 }
 BENCHMARK(BM_EC_ToneDetect_32f);
+
+}  // namespace
+
+namespace {
+
+// The bare real transforms inside the float analysis and synthesis (the
+// denominator of the analysis-plus-synthesis target), Arg = order.
+void BM_EC_RealTransforms_32f(benchmark::State& state) {
+  const BankConfig c = bank_config(state.range(0));
+  Bank b;
+  if (!b.init(false, c)) return state.SkipWithError("init failed");
+  const int n = 1 << c.order;
+  const vsps::EcTransformOps& ops = vsps::ec_transform_ops(vsps::current_level());
+  auto* st = reinterpret_cast<VspsSubbandProcessState_32f*>(b.state.data());
+  std::vector<Vsp32f> input(static_cast<std::size_t>(n));
+  for (int j = 0; j < n; ++j)
+    input[static_cast<std::size_t>(j)] = bench::speech8k()[static_cast<std::size_t>(9000 + j)] / 32768.0f;
+  auto* u =
+      reinterpret_cast<Vsp32f*>(b.work.data() + ((16 - reinterpret_cast<std::uintptr_t>(b.work.data()) % 16) % 16));
+  std::vector<Vsp32fc> bins(static_cast<std::size_t>(n / 2 + 1));
+  for (auto _ : state) {
+    std::memcpy(u, input.data(), sizeof(Vsp32f) * static_cast<std::size_t>(n));
+    ops.forward_32f(st, b.work.data(), bins.data());
+    ops.inverse_32f(st, bins.data(), b.work.data());
+    benchmark::DoNotOptimize(u);
+  }
+}
+BENCHMARK(BM_EC_RealTransforms_32f)->Arg(5)->Arg(6);
+
+// Analysis plus synthesis of the float bank (the numerator), Arg = order.
+void BM_EC_AnalysisSynthesis_32f(benchmark::State& state) {
+  const BankConfig c = bank_config(state.range(0));
+  Bank ana, syn;
+  if (!ana.init(false, c) || !syn.init(false, c)) return state.SkipWithError("init failed");
+  std::vector<Vsp32fc> bins(static_cast<std::size_t>((1 << c.order) / 2 + 1));
+  const std::vector<Vsp32f> s = speech_float();
+  std::vector<Vsp32f> out(static_cast<std::size_t>(c.frameSize));
+  std::size_t pos = 0;
+  for (auto _ : state) {
+    legacy90vspsSubbandAnalysis_32f32fc(
+        &s[pos], bins.data(), reinterpret_cast<VspsSubbandProcessState_32f*>(ana.state.data()), ana.work.data());
+    legacy90vspsSubbandSynthesis_32fc32f(
+        bins.data(), out.data(), reinterpret_cast<VspsSubbandProcessState_32f*>(syn.state.data()), syn.work.data());
+    benchmark::DoNotOptimize(out.data());
+    pos = pos + 2 * kBlock < s.size() ? pos + static_cast<std::size_t>(c.frameSize) : 0;
+  }
+}
+BENCHMARK(BM_EC_AnalysisSynthesis_32f)->Arg(5)->Arg(6);
 
 }  // namespace

@@ -114,3 +114,71 @@ TEST(EcVectorKernels, FixedLmsAgreesOnFullScaleInputs) {
 }
 
 }  // namespace
+
+namespace {
+
+// Runs `frames` analysis and synthesis steps of a bank (order, hop, window
+// length) on full-scale input with a full-scale window (the 16-bit fold
+// saturates inside the sum) and returns every output and the final states.
+template <bool kFixed>
+std::vector<uint8_t> bank_run(int order, int hop, int len, std::mt19937::result_type seed) {
+  std::mt19937 rng(seed);
+  int s = 0, i = 0, w = 0;
+  (kFixed ? legacy90vspsSubbandProcessGetSize_16s : legacy90vspsSubbandProcessGetSize_32f)(order, len, &s, &i, &w);
+  std::vector<Vsp8u> ana(static_cast<std::size_t>(s)), syn(static_cast<std::size_t>(s)),
+      init(static_cast<std::size_t>(i) + 1), work(static_cast<std::size_t>(w));
+  const std::vector<int16_t> win16 = vt::adversarial16(rng, static_cast<std::size_t>(len), 32767);
+  std::vector<float> win32(win16.size());
+  for (std::size_t k = 0; k < win16.size(); ++k) win32[k] = static_cast<float>(win16[k]) / 8192.0f;
+  for (std::vector<Vsp8u>* st : {&ana, &syn})
+    if (kFixed)
+      legacy90vspsSubbandProcessInit_16s(st->data(), order, hop, len, win16.data(), init.data());
+    else
+      legacy90vspsSubbandProcessInit_32f(st->data(), order, hop, len, win32.data(), init.data());
+  const std::size_t bins = static_cast<std::size_t>((1 << order) / 2 + 1);
+  std::vector<uint8_t> out;
+  for (int f = 0; f < 12; ++f) {
+    const std::vector<int16_t> x = vt::adversarial16(rng, static_cast<std::size_t>(hop), 32767);
+    if (kFixed) {
+      std::vector<Vsp32sc> b(bins);
+      std::vector<Vsp16s> y(static_cast<std::size_t>(hop));
+      legacy90vspsSubbandAnalysis_16s32sc_Sfs(
+          x.data(), b.data(), reinterpret_cast<VspsSubbandProcessState_16s*>(ana.data()), f % 3, work.data());
+      legacy90vspsSubbandSynthesis_32sc16s_Sfs(
+          b.data(), y.data(), reinterpret_cast<VspsSubbandProcessState_16s*>(syn.data()), f % 3 - 1, work.data());
+      const std::vector<uint8_t> bb = bytes(b), yb = bytes(y);
+      out.insert(out.end(), bb.begin(), bb.end());
+      out.insert(out.end(), yb.begin(), yb.end());
+    } else {
+      std::vector<Vsp32f> xf(x.begin(), x.end());
+      std::vector<Vsp32fc> b(bins);
+      std::vector<Vsp32f> y(static_cast<std::size_t>(hop));
+      legacy90vspsSubbandAnalysis_32f32fc(xf.data(), b.data(),
+                                          reinterpret_cast<VspsSubbandProcessState_32f*>(ana.data()), work.data());
+      legacy90vspsSubbandSynthesis_32fc32f(b.data(), y.data(),
+                                           reinterpret_cast<VspsSubbandProcessState_32f*>(syn.data()), work.data());
+      const std::vector<uint8_t> bb = bytes(b), yb = bytes(y);
+      out.insert(out.end(), bb.begin(), bb.end());
+      out.insert(out.end(), yb.begin(), yb.end());
+    }
+  }
+  return out;
+}
+
+// Windowing and folding (the 16-bit running sums saturate), the overlap-add
+// with the reversed window, for transform orders 1..7 (vector blocks and
+// scalar remainders) and several windows per order.
+TEST(EcVectorKernels, FilterBanksAgreeOnFullScaleInputs) {
+  for (int order = 1; order <= 7; ++order)
+    for (int mult : {1, 2, 4}) {
+      const int n = 1 << order, len = mult * n, hop = n > 2 ? n / 2 + 1 : 1;
+      vt::expect_levels_agree([&] { return bank_run<true>(order, hop, len, static_cast<unsigned>(order * 10 + mult)); },
+                              "16s bank order " + std::to_string(order) + " x" + std::to_string(mult));
+      vt::expect_levels_agree(
+          [&] { return bank_run<false>(order, hop, len, static_cast<unsigned>(order * 10 + mult)); },
+          "32f bank order " + std::to_string(order) + " x" + std::to_string(mult));
+      if (HasFailure()) return;
+    }
+}
+
+}  // namespace
