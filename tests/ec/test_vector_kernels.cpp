@@ -182,3 +182,36 @@ TEST(EcVectorKernels, FilterBanksAgreeOnFullScaleInputs) {
 }
 
 }  // namespace
+
+namespace {
+
+// Sub-band echo estimate (float): wild magnitudes, every sub-band count
+// 1..40 (blocks of 2 and 4 and the remainder), 1..9 segments.
+TEST(EcVectorKernels, SubbandEstimateAgreesOnWildInputs) {
+  std::mt19937 rng(33);
+  for (int bands = 1; bands <= 40; ++bands) {
+    const int segments = 1 + bands % 9;
+    std::vector<std::vector<Vsp32fc>> x(static_cast<std::size_t>(segments)), h(x.size());
+    std::vector<const Vsp32fc*> xp, hp;
+    for (std::size_t m = 0; m < x.size(); ++m) {
+      const std::vector<float> a = wild_floats(rng, 2 * static_cast<std::size_t>(bands)),
+                               b = wild_floats(rng, 2 * static_cast<std::size_t>(bands));
+      for (int k = 0; k < bands; ++k) {
+        x[m].push_back({a[2 * static_cast<std::size_t>(k)], a[2 * static_cast<std::size_t>(k) + 1]});
+        h[m].push_back({b[2 * static_cast<std::size_t>(k)], b[2 * static_cast<std::size_t>(k) + 1]});
+      }
+      xp.push_back(x[m].data());
+      hp.push_back(h[m].data());
+    }
+    vt::expect_levels_agree(
+        [&] {
+          std::vector<Vsp32fc> out(static_cast<std::size_t>(bands));
+          legacy90vspsFIRSubband_EC_32fc(xp.data(), hp.data(), out.data(), segments, bands);
+          return bytes(out);
+        },
+        "FIRSubband_EC_32fc bands " + std::to_string(bands));
+    if (HasFailure()) return;
+  }
+}
+
+}  // namespace
