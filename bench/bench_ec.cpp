@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "bench/bench_data.h"
+#include "bench/model/ec_model.h"
 #include "core/cpu_state.h"
 #include "ec/internal_ops.h"
 #include "tools/speech_signal.h"
@@ -229,6 +230,41 @@ void BM_EC_NLMS_16s(benchmark::State& state) {
   if (taps == 512) state.counters["frame_ms"] = 10;
 }
 BENCHMARK(BM_EC_NLMS_16s)->Arg(128)->Arg(256)->Arg(512)->Arg(1024);
+
+// The plain scalar model of the Q15 filters (bench/model/ec_model.h), after
+// a check that it computes what the library computes.
+void BM_Model_EC_FIR_16s(benchmark::State& state) {
+  const int taps = static_cast<int>(state.range(0));
+  FullBand fb(taps);
+  std::vector<Vsp16s> lib(kBlock);
+  legacy90vspsFIR_EC_16s(fb.x16(), fb.near16.data(), lib.data(), kBlock, fb.h16.data(), taps);
+  model::ec::fir_16s(fb.x16(), fb.near16.data(), fb.err16.data(), kBlock, fb.h16.data(), taps);
+  if (lib != fb.err16) return state.SkipWithError("the scalar model differs from the library");
+  for (auto _ : state) {
+    model::ec::fir_16s(fb.x16(), fb.near16.data(), fb.err16.data(), kBlock, fb.h16.data(), taps);
+    benchmark::DoNotOptimize(fb.err16.data());
+  }
+  state.SetItemsProcessed(state.iterations() * kBlock);
+}
+BENCHMARK(BM_Model_EC_FIR_16s)->Arg(128)->Arg(256)->Arg(512)->Arg(1024);
+
+void BM_Model_EC_NLMS_16s(benchmark::State& state) {
+  const int taps = static_cast<int>(state.range(0));
+  FullBand a(taps), b(taps);
+  Vsp16s ca = 0, cb = 0;
+  for (int r = 0; r < 3; ++r) {
+    legacy90vspsNLMS_EC_16s(a.x16(), a.near16.data(), a.step16.data(), a.err16.data(), kBlock, a.h16.data(), taps, &ca);
+    model::ec::lms_16s(b.x16(), b.near16.data(), b.step16.data(), b.err16.data(), kBlock, b.h16.data(), taps, &cb);
+  }
+  if (a.err16 != b.err16 || a.h16 != b.h16 || ca != cb)
+    return state.SkipWithError("the scalar model differs from the library");
+  for (auto _ : state) {
+    model::ec::lms_16s(b.x16(), b.near16.data(), b.step16.data(), b.err16.data(), kBlock, b.h16.data(), taps, &cb);
+    benchmark::DoNotOptimize(b.err16.data());
+  }
+  state.SetItemsProcessed(state.iterations() * kBlock);
+}
+BENCHMARK(BM_Model_EC_NLMS_16s)->Arg(128)->Arg(256)->Arg(512)->Arg(1024);
 
 // ---- sub-band filters: Args = sub-bands, segments -------------------------------
 

@@ -28,6 +28,11 @@ import sys
 LEVEL_MASKS = [("mx", "0"), ("m7", "0xF"), ("u8", "0x1F"), ("n8", "0x3F"), ("y8", "0x80CDF"),
                ("e9", "0x86FDF"), ("l9", None)]
 MODEL_PREFIX = "BM_Model_"
+# Level-independent results reported by some benchmarks (identical bits at
+# every level): echo-return-loss enhancement on the echo scenario, and
+# whether a tone detector reported the answer tone.
+QUALITY_COUNTERS = ("erle_db", "detected")
+quality = {}
 
 
 def run(bench, mask, args):
@@ -59,6 +64,9 @@ def run(bench, mask, args):
         times[name] = b["cpu_time"] * scale
         if "frame_ms" in b:
             frames[name] = b["frame_ms"]
+        for q in QUALITY_COUNTERS:
+            if q in b:
+                quality.setdefault(name, {})[q] = b[q]
     return level, times, frames, errors, data["context"]
 
 
@@ -131,6 +139,13 @@ def main():
     if rows:
         out += ["\n### Channels per core in real time (frame duration / time per frame)\n",
                 table(["benchmark", "frame"] + codes, rows)]
+
+    rows = [[n] + ["%.1f" % quality[n]["erle_db"] if "erle_db" in quality[n] else "-",
+                   ("yes" if quality[n]["detected"] else "no") if "detected" in quality[n] else "-"]
+            for n in names if n in quality]
+    if rows:
+        out += ["\n### Quality on the echo scenario (the same at every level)\n",
+                table(["benchmark", "ERLE dB", "tone detected"], rows)]
 
     text = "\n".join(out)
     print("machine: %s, %d cpus at %s MHz; medians of %s" % (
