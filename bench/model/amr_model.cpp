@@ -48,28 +48,7 @@ bool levinson(const int16_t* Rh, const int16_t* Rl, int16_t* A) {
 }
 
 static int16_t chebps(int16_t x, const int16_t* f, int n) {
-  int16_t b1_h, b1_l, b2_h = 256, b2_l = 0, b0_h, b0_l;
-  int32_t t0 = L_mult(x, 512);
-  t0 = L_mac(t0, f[1], 8192);
-  L_Extract(t0, &b1_h, &b1_l);
-  for (int i = 2; i < n; ++i) {
-    t0 = Mpy_32_16(b1_h, b1_l, x);
-    t0 = L_shl(t0, 1);
-    t0 = L_mac(t0, b2_h, -32768);
-    t0 = L_msu(t0, b2_l, 1);
-    t0 = L_mac(t0, f[i], 8192);
-    L_Extract(t0, &b0_h, &b0_l);
-    b2_l = b1_l;
-    b2_h = b1_h;
-    b1_l = b0_l;
-    b1_h = b0_h;
-  }
-  t0 = Mpy_32_16(b1_h, b1_l, x);
-  t0 = L_mac(t0, b2_h, -32768);
-  t0 = L_msu(t0, b2_l, 1);
-  t0 = L_mac(t0, f[n], 4096);
-  t0 = L_shl(t0, 6);
-  return extract_h(t0);
+  return model::g729::chebps_form(x, f, n, 256, 512, 8192, 4096, 6);
 }
 
 void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp) {

@@ -126,17 +126,22 @@ bool levinson(const int16_t* Rh, const int16_t* Rl, int16_t* A, int16_t* rc) {
 }
 
 // ---- Az_lsp ------------------------------------------------------------------
-int16_t chebps_11(int16_t x, const int16_t* f, int n) {
-  int16_t b1_h, b1_l, b2_h = 256, b2_l = 0, b0_h, b0_l;
-  int32_t t0 = L_mult(x, 512);
-  t0 = L_mac(t0, f[1], 4096);
+// Chebps_11 (b2 = 1.0 in Q24: 256, 2x: 512, f[i]: 4096, f[n]/2: 2048,
+// final shift 6), Chebps_10 (Q23: 128, 256, 4096, 2048, 7) and the GSM-AMR
+// Chebps (Q24 on Q10 polynomials: 256, 512, 8192, 4096, 6): one recursion
+// with the form's constants.
+int16_t chebps_form(int16_t x, const int16_t* f, int n, int16_t one, int16_t two, int16_t coef, int16_t last,
+                    int16_t shift) {
+  int16_t b1_h, b1_l, b2_h = one, b2_l = 0, b0_h, b0_l;
+  int32_t t0 = L_mult(x, two);
+  t0 = L_mac(t0, f[1], coef);
   L_Extract(t0, &b1_h, &b1_l);
   for (int i = 2; i < n; ++i) {
     t0 = Mpy_32_16(b1_h, b1_l, x);
     t0 = L_shl(t0, 1);
     t0 = L_mac(t0, b2_h, -32768);
     t0 = L_msu(t0, b2_l, 1);
-    t0 = L_mac(t0, f[i], 4096);
+    t0 = L_mac(t0, f[i], coef);
     L_Extract(t0, &b0_h, &b0_l);
     b2_l = b1_l;
     b2_h = b1_h;
@@ -146,35 +151,13 @@ int16_t chebps_11(int16_t x, const int16_t* f, int n) {
   t0 = Mpy_32_16(b1_h, b1_l, x);
   t0 = L_mac(t0, b2_h, -32768);
   t0 = L_msu(t0, b2_l, 1);
-  t0 = L_mac(t0, f[n], 2048);
-  t0 = L_shl(t0, 6);
+  t0 = L_mac(t0, f[n], last);
+  t0 = L_shl(t0, shift);
   return extract_h(t0);
 }
 
-static int16_t chebps_10(int16_t x, const int16_t* f, int n) {
-  int16_t b1_h, b1_l, b2_h = 128, b2_l = 0, b0_h, b0_l;
-  int32_t t0 = L_mult(x, 256);
-  t0 = L_mac(t0, f[1], 4096);
-  L_Extract(t0, &b1_h, &b1_l);
-  for (int i = 2; i < n; ++i) {
-    t0 = Mpy_32_16(b1_h, b1_l, x);
-    t0 = L_shl(t0, 1);
-    t0 = L_mac(t0, b2_h, -32768);
-    t0 = L_msu(t0, b2_l, 1);
-    t0 = L_mac(t0, f[i], 4096);
-    L_Extract(t0, &b0_h, &b0_l);
-    b2_l = b1_l;
-    b2_h = b1_h;
-    b1_l = b0_l;
-    b1_h = b0_h;
-  }
-  t0 = Mpy_32_16(b1_h, b1_l, x);
-  t0 = L_mac(t0, b2_h, -32768);
-  t0 = L_msu(t0, b2_l, 1);
-  t0 = L_mac(t0, f[n], 2048);
-  t0 = L_shl(t0, 7);
-  return extract_h(t0);
-}
+int16_t chebps_11(int16_t x, const int16_t* f, int n) { return chebps_form(x, f, n, 256, 512, 4096, 2048, 6); }
+static int16_t chebps_10(int16_t x, const int16_t* f, int n) { return chebps_form(x, f, n, 128, 256, 4096, 2048, 7); }
 
 void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp) {
   int16_t f1[NC + 1], f2[NC + 1];

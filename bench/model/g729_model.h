@@ -30,7 +30,10 @@ void qua_lsp(QuantState& s, const int16_t* lsp, int16_t* lsp_q, int* codes);
 // Decoder of a good frame: LSF decode, stability, LSF to LSP.
 void lsp_decode(QuantState& s, const int* codes, int16_t* lsp_q);
 
-// Chebyshev evaluation of one point (Q11 form), for the hot-function comparison.
+// Chebyshev evaluation of one point: the Q11 form, and the recursion with
+// a form's constants (shared with the GSM-AMR model).
 int16_t chebps_11(int16_t x, const int16_t* f, int n);
+int16_t chebps_form(int16_t x, const int16_t* f, int n, int16_t one, int16_t two, int16_t coef, int16_t last,
+                    int16_t shift);
 
 }  // namespace model::g729
