@@ -122,12 +122,11 @@ inline int16_t interpolate_root(int16_t xlow, int16_t ylow, int16_t xhigh, int16
   return bop::sub(xlow, bop::extract_l(bop::L_shr(bop::L_mult(ylow, slope), 11)));
 }
 
+// Level 6 only: the four-lane SSE4.1 form (g729/chebyshev_sse41.inl) was
+// measured slower than the scalar evaluation at levels 4 and 5.
 #if defined(VSPS_SIMD256)
 #include "g729/chebyshev_avx2.inl"
 #define VSPS_CHEBYSHEV_MANY 8
-#elif defined(__SSE4_1__)
-#include "g729/chebyshev_sse41.inl"
-#define VSPS_CHEBYSHEV_MANY 4
 #endif
 
 // Searches the roots of F1 and F2 alternately along the grid; writes the
@@ -136,7 +135,7 @@ inline int16_t interpolate_root(int16_t xlow, int16_t ylow, int16_t xhigh, int16
 // next grid point with the other polynomial. The caller decides what to do
 // with fewer than 10 roots (G.729 and GSM-AMR copy the previous LSP).
 //
-// Levels 4-6 evaluate both polynomials on the whole grid, and every point a
+// Level 6 evaluates both polynomials on the whole grid, and every point a
 // run of bisections can visit (the 2^bisections - 1 nodes of its binary
 // tree), in vector form before they are needed; the scan then reads the
 // same values the scalar evaluation gives, in the same order of decisions.

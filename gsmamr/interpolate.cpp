@@ -21,9 +21,10 @@ VspStatus legacy90vspsInterpolate_GSMAMR_16s(const Vsp16s* pSrcCur, const Vsp16s
           _mm256_adds_epi16(_mm256_srai_epi16(cur, 2), _mm256_subs_epi16(prev, _mm256_srai_epi16(prev, 2)));
       _mm256_storeu_si256(reinterpret_cast<__m256i*>(pDst + i), r);
     }
-#elif VSPS_LEVEL >= 2 && defined(VSPS_SIMD128)
-  const std::size_t bytes = static_cast<std::size_t>(len) * sizeof(Vsp16s);
-  if (simd::same_or_disjoint(pDst, pSrcCur, bytes) && simd::same_or_disjoint(pDst, pSrcPrev, bytes))
+#endif
+#if VSPS_LEVEL >= 2 && defined(VSPS_SIMD128)  // levels 2-5, and the remaining blocks of 8 at level 6
+  const std::size_t bytes8 = static_cast<std::size_t>(len) * sizeof(Vsp16s);
+  if (simd::same_or_disjoint(pDst, pSrcCur, bytes8) && simd::same_or_disjoint(pDst, pSrcPrev, bytes8))
     for (; i + 8 <= len; i += 8) {
       const __m128i cur = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pSrcCur + i));
       const __m128i prev = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pSrcPrev + i));

@@ -26,8 +26,9 @@ VspStatus legacy90vspsPreemphasize_GSMAMR_16s(Vsp16s gamma, const Vsp16s* pSrc, 
     }
     prev = static_cast<int16_t>(_mm256_extract_epi16(last, 15));
   }
-#elif VSPS_LEVEL >= 2 && defined(VSPS_SIMD128)
-  if (len >= 8) {
+#endif
+#if VSPS_LEVEL >= 2 && defined(VSPS_SIMD128)
+  if (len - n >= 8) {  // levels 2-5, and the remaining block of 8 at level 6
     const __m128i g = _mm_set1_epi16(gamma);
     __m128i last = _mm_set1_epi16(prev);  // element 7: x[-1]
     for (; n + 8 <= len; n += 8) {
