@@ -63,57 +63,7 @@ void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp) {
     t0 = L_msu(t0, a[M - i], 8192);
     f2[i + 1] = add(extract_h(t0), f2[i]);
   }
-  const int16_t* grid = vsps::tables::g729::kGrid60Q15;
-  int nf = 0, ip = 0;
-  const int16_t* coef = f1;
-  int16_t xlow = grid[0];
-  int16_t ylow = chebps(xlow, coef, 5);
-  int j = 0;
-  while (nf < M && j < 60) {
-    j++;
-    int16_t xhigh = xlow, yhigh = ylow;
-    xlow = grid[j];
-    ylow = chebps(xlow, coef, 5);
-    if (L_mult(ylow, yhigh) <= 0) {
-      for (int i = 0; i < 4; ++i) {
-        const int16_t xmid = add(shr(xlow, 1), shr(xhigh, 1));
-        const int16_t ymid = chebps(xmid, coef, 5);
-        if (L_mult(ylow, ymid) <= 0) {
-          yhigh = ymid;
-          xhigh = xmid;
-        } else {
-          ylow = ymid;
-          xlow = xmid;
-        }
-      }
-      const int16_t x = sub(xhigh, xlow);
-      int16_t y = sub(yhigh, ylow), xint;
-      if (y == 0) {
-        xint = xlow;
-      } else {
-        const int16_t sign = y;
-        y = abs_s(y);
-        const int16_t exp = norm_s(y);
-        y = shl(y, exp);
-        y = div_s(16383, y);
-        int32_t t0 = L_mult(x, y);
-        t0 = L_shr(t0, sub(20, exp));
-        y = extract_l(t0);
-        if (sign < 0) y = negate(y);
-        t0 = L_mult(ylow, y);
-        t0 = L_shr(t0, 11);
-        xint = sub(xlow, extract_l(t0));
-      }
-      lsp[nf] = xint;
-      xlow = xint;
-      nf++;
-      ip = 1 - ip;
-      coef = ip ? f2 : f1;
-      ylow = chebps(xlow, coef, 5);
-    }
-  }
-  if (sub(static_cast<int16_t>(nf), M) < 0)
-    for (int i = 0; i < M; ++i) lsp[i] = old_lsp[i];
+  model::g729::root_search(f1, f2, chebps, lsp, old_lsp);  // TS 26.073 Az_lsp: the same search
 }
 
 // ---- LSF helpers -------------------------------------------------------------
@@ -208,45 +158,37 @@ void q_plsf_3(int16_t* past_rq, const int16_t* lsp, int16_t* lsp_q, int16_t* ind
   lsf_lsp(lsf1_q, lsp_q);
 }
 
+// The weighted distance of Vq_subvec / Vq_subvec_s to the row p (sub) or
+// to its negation (add).
+static int32_t dist4(const int16_t* lsf_r1, const int16_t* lsf_r2, const int16_t* p, const int16_t* wf1,
+                     const int16_t* wf2, bool negated) {
+  int16_t (*op)(int16_t, int16_t) = negated ? add : sub;
+  int16_t temp = op(lsf_r1[0], p[0]);
+  temp = mult(wf1[0], temp);
+  int32_t dist = L_mult(temp, temp);
+  temp = op(lsf_r1[1], p[1]);
+  temp = mult(wf1[1], temp);
+  dist = L_mac(dist, temp, temp);
+  temp = op(lsf_r2[0], p[2]);
+  temp = mult(wf2[0], temp);
+  dist = L_mac(dist, temp, temp);
+  temp = op(lsf_r2[1], p[3]);
+  temp = mult(wf2[1], temp);
+  return L_mac(dist, temp, temp);
+}
+
 static int16_t vq_subvec_s(int16_t* lsf_r1, int16_t* lsf_r2, const int16_t* dico, const int16_t* wf1,
                            const int16_t* wf2, int dico_size) {
   int32_t dist_min = 0x7FFFFFFF;
   int index = 0, sign = 0;
   for (int i = 0; i < dico_size; ++i) {
-    const int16_t* p = dico + 4 * i;
-    int16_t temp = sub(lsf_r1[0], p[0]);
-    temp = mult(wf1[0], temp);
-    int32_t dist = L_mult(temp, temp);
-    temp = sub(lsf_r1[1], p[1]);
-    temp = mult(wf1[1], temp);
-    dist = L_mac(dist, temp, temp);
-    temp = sub(lsf_r2[0], p[2]);
-    temp = mult(wf2[0], temp);
-    dist = L_mac(dist, temp, temp);
-    temp = sub(lsf_r2[1], p[3]);
-    temp = mult(wf2[1], temp);
-    dist = L_mac(dist, temp, temp);
-    if (L_sub(dist, dist_min) < 0) {
-      dist_min = dist;
-      index = i;
-      sign = 0;
-    }
-    temp = add(lsf_r1[0], p[0]);
-    temp = mult(wf1[0], temp);
-    dist = L_mult(temp, temp);
-    temp = add(lsf_r1[1], p[1]);
-    temp = mult(wf1[1], temp);
-    dist = L_mac(dist, temp, temp);
-    temp = add(lsf_r2[0], p[2]);
-    temp = mult(wf2[0], temp);
-    dist = L_mac(dist, temp, temp);
-    temp = add(lsf_r2[1], p[3]);
-    temp = mult(wf2[1], temp);
-    dist = L_mac(dist, temp, temp);
-    if (L_sub(dist, dist_min) < 0) {
-      dist_min = dist;
-      index = i;
-      sign = 1;
+    for (int neg = 0; neg < 2; ++neg) {
+      const int32_t dist = dist4(lsf_r1, lsf_r2, dico + 4 * i, wf1, wf2, neg != 0);
+      if (L_sub(dist, dist_min) < 0) {
+        dist_min = dist;
+        index = i;
+        sign = neg;
+      }
     }
   }
   const int16_t* p = dico + 4 * index;
@@ -269,19 +211,7 @@ static int16_t vq_subvec5(int16_t* lsf_r1, int16_t* lsf_r2, const int16_t* dico,
   int32_t dist_min = 0x7FFFFFFF;
   int index = 0;
   for (int i = 0; i < dico_size; ++i) {
-    const int16_t* p = dico + 4 * i;
-    int16_t temp = sub(lsf_r1[0], p[0]);
-    temp = mult(wf1[0], temp);
-    int32_t dist = L_mult(temp, temp);
-    temp = sub(lsf_r1[1], p[1]);
-    temp = mult(wf1[1], temp);
-    dist = L_mac(dist, temp, temp);
-    temp = sub(lsf_r2[0], p[2]);
-    temp = mult(wf2[0], temp);
-    dist = L_mac(dist, temp, temp);
-    temp = sub(lsf_r2[1], p[3]);
-    temp = mult(wf2[1], temp);
-    dist = L_mac(dist, temp, temp);
+    const int32_t dist = dist4(lsf_r1, lsf_r2, dico + 4 * i, wf1, wf2, false);
     if (L_sub(dist, dist_min) < 0) {
       dist_min = dist;
       index = i;

@@ -159,53 +159,23 @@ int16_t chebps_form(int16_t x, const int16_t* f, int n, int16_t one, int16_t two
 int16_t chebps_11(int16_t x, const int16_t* f, int n) { return chebps_form(x, f, n, 256, 512, 4096, 2048, 6); }
 static int16_t chebps_10(int16_t x, const int16_t* f, int n) { return chebps_form(x, f, n, 128, 256, 4096, 2048, 7); }
 
-void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp) {
-  int16_t f1[NC + 1], f2[NC + 1];
-  int ovf_coef = 0;
-  int16_t (*pChebps)(int16_t, const int16_t*, int) = chebps_11;
-  f1[0] = 2048;
-  f2[0] = 2048;
-  for (int i = 0; i < NC; ++i) {
-    Overflow = 0;
-    int32_t t0 = L_mult(a[i + 1], 16384);
-    t0 = L_mac(t0, a[M - i], 16384);
-    int16_t x = extract_h(t0);
-    f1[i + 1] = sub(x, f1[i]);
-    if (Overflow != 0) ovf_coef = 1;
-    Overflow = 0;
-    t0 = L_mult(a[i + 1], 16384);
-    t0 = L_msu(t0, a[M - i], 16384);
-    x = extract_h(t0);
-    f2[i + 1] = add(x, f2[i]);
-    if (Overflow != 0) ovf_coef = 1;
-  }
-  if (ovf_coef != 0) {
-    pChebps = chebps_10;
-    f1[0] = 1024;
-    f2[0] = 1024;
-    for (int i = 0; i < NC; ++i) {
-      int32_t t0 = L_mult(a[i + 1], 8192);
-      t0 = L_mac(t0, a[M - i], 8192);
-      f1[i + 1] = sub(extract_h(t0), f1[i]);
-      t0 = L_mult(a[i + 1], 8192);
-      t0 = L_msu(t0, a[M - i], 8192);
-      f2[i + 1] = add(extract_h(t0), f2[i]);
-    }
-  }
+// The root search of Az_lsp (60-point grid, 4 bisections, interpolation,
+// alternating polynomials, the old LSPs when fewer than 10 roots).
+void root_search(const int16_t* f1, const int16_t* f2, Chebps chebps, int16_t* lsp, const int16_t* old_lsp) {
   int nf = 0, ip = 0;
   const int16_t* coef = f1;
   int16_t xlow = t::kGrid60Q15[0];
-  int16_t ylow = pChebps(xlow, coef, NC);
+  int16_t ylow = chebps(xlow, coef, NC);
   int j = 0;
   while (nf < M && j < 60) {
     j = j + 1;
     int16_t xhigh = xlow, yhigh = ylow;
     xlow = t::kGrid60Q15[j];
-    ylow = pChebps(xlow, coef, NC);
+    ylow = chebps(xlow, coef, NC);
     if (L_mult(ylow, yhigh) <= 0) {
       for (int i = 0; i < 4; ++i) {
         const int16_t xmid = add(shr(xlow, 1), shr(xhigh, 1));
-        const int16_t ymid = pChebps(xmid, coef, NC);
+        const int16_t ymid = chebps(xmid, coef, NC);
         if (L_mult(ylow, ymid) <= 0) {
           yhigh = ymid;
           xhigh = xmid;
@@ -241,11 +211,47 @@ void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp) {
         ip = 0;
         coef = f1;
       }
-      ylow = pChebps(xlow, coef, NC);
+      ylow = chebps(xlow, coef, NC);
     }
   }
   if (sub(static_cast<int16_t>(nf), M) < 0)
     for (int i = 0; i < M; ++i) lsp[i] = old_lsp[i];
+}
+
+void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp) {
+  int16_t f1[NC + 1], f2[NC + 1];
+  int ovf_coef = 0;
+  int16_t (*pChebps)(int16_t, const int16_t*, int) = chebps_11;
+  f1[0] = 2048;
+  f2[0] = 2048;
+  for (int i = 0; i < NC; ++i) {
+    Overflow = 0;
+    int32_t t0 = L_mult(a[i + 1], 16384);
+    t0 = L_mac(t0, a[M - i], 16384);
+    int16_t x = extract_h(t0);
+    f1[i + 1] = sub(x, f1[i]);
+    if (Overflow != 0) ovf_coef = 1;
+    Overflow = 0;
+    t0 = L_mult(a[i + 1], 16384);
+    t0 = L_msu(t0, a[M - i], 16384);
+    x = extract_h(t0);
+    f2[i + 1] = add(x, f2[i]);
+    if (Overflow != 0) ovf_coef = 1;
+  }
+  if (ovf_coef != 0) {
+    pChebps = chebps_10;
+    f1[0] = 1024;
+    f2[0] = 1024;
+    for (int i = 0; i < NC; ++i) {
+      int32_t t0 = L_mult(a[i + 1], 8192);
+      t0 = L_mac(t0, a[M - i], 8192);
+      f1[i + 1] = sub(extract_h(t0), f1[i]);
+      t0 = L_mult(a[i + 1], 8192);
+      t0 = L_msu(t0, a[M - i], 8192);
+      f2[i + 1] = add(extract_h(t0), f2[i]);
+    }
+  }
+  root_search(f1, f2, pChebps, lsp, old_lsp);
 }
 
 // ---- Lsp_Az ------------------------------------------------------------------

@@ -19,6 +19,9 @@ void lag_window(int m, int16_t* r_h, int16_t* r_l);
 // Returns false (A untouched) on an unstable filter.
 bool levinson(const int16_t* Rh, const int16_t* Rl, int16_t* A, int16_t* rc);
 void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp);
+// The root search of Az_lsp for the polynomials f1, f2 and an evaluation.
+using Chebps = int16_t (*)(int16_t x, const int16_t* f, int n);
+void root_search(const int16_t* f1, const int16_t* f2, Chebps chebps, int16_t* lsp, const int16_t* old_lsp);
 void lsp_az(const int16_t* lsp, int16_t* a);
 
 struct QuantState {
