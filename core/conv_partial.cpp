@@ -25,7 +25,7 @@ bool overlaps(const Vsp16s* p, const Vsp16s* q, int len) {
 }
 
 int conv_blocks(const Vsp16s* a, const Vsp16s* b, Vsp16s* dst, int len, int shift) {
-  alignas(32) int16_t head[48] = {};
+  int16_t head[48] = {};
   for (int k = 0; k < 16 && k < len; ++k) head[16 + k] = b[k];
   const __m128i count = _mm_cvtsi32_si128(shift);
   int n0 = 0;

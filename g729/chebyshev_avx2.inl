@@ -66,7 +66,7 @@ inline void chebyshev_many(const int16_t* x, int n, const int16_t* f, const Cheb
     t = cheb_mpy_32_16(b1h, b1l, xv);
     t = cheb_add(cheb_minus_b2(t, b2h, b2l), coef[kPolyOrder]);
     t = _mm256_srai_epi32(cheb_shl(t, form.outShift), 16);
-    alignas(32) int32_t out[8];
+    int32_t out[8];
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), t);
     for (int j = 0; j < 8; ++j) y[k + j] = static_cast<int16_t>(out[j]);
   }

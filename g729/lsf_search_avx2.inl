@@ -18,7 +18,7 @@ inline int stage1(const int16_t* target) {
     simd::keep_min(key, idx, best, bestIdx);
     idx = _mm256_add_epi32(idx, _mm256_set1_epi32(8));
   }
-  alignas(32) int32_t keys[8], rows[8];
+  int32_t keys[8], rows[8];
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(keys), best);
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(rows), bestIdx);
   return simd::first_min_index(keys, rows, 8);
@@ -51,7 +51,7 @@ inline void stage2(const int16_t* rest, const int16_t* w, int* best) {
       simd::keep_min(key, idx, bestKey, bestIdx);
       idx = _mm256_add_epi32(idx, _mm256_set1_epi32(8));
     }
-    alignas(32) int32_t keys[8], rows[8];
+    int32_t keys[8], rows[8];
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(keys), bestKey);
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(rows), bestIdx);
     best[half] = simd::first_min_index(keys, rows, 8);

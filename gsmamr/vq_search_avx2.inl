@@ -22,7 +22,7 @@ inline __m256i vq_keys(__m256i w, __m256i ea, __m256i eb) {
 }
 
 inline int vq_finish(__m256i best, __m256i bestIdx) {
-  alignas(32) int32_t keys[8], idx[8];
+  int32_t keys[8], idx[8];
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(keys), best);
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(idx), bestIdx);
   return simd::first_min_index(keys, idx, 8);
