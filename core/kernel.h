@@ -7,6 +7,7 @@
 
 #include "core/kernel_tables.h"
 #include "core/level_ns.h"
+#include "core/simd/corr.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS::kernel {
@@ -61,17 +62,7 @@ inline VspStatus copy16_long(const Vsp16s* src, Vsp16s* dst, int len) {
 // pass validated arguments. Squares are formed in 32 bits (at most 2^30);
 // pairs of them are summed as unsigned 32-bit values (at most 2^31) and
 // widened before the 64-bit addition, the form the vector variants use.
-inline int64_t energy64(const Vsp16s* src, int len) {
-  uint64_t acc = 0;
-  int n = 0;
-  for (; n + 1 < len; n += 2) {
-    const uint32_t pair =
-        static_cast<uint32_t>(int32_t(src[n]) * src[n]) + static_cast<uint32_t>(int32_t(src[n + 1]) * src[n + 1]);
-    acc += pair;
-  }
-  if (n < len) acc += static_cast<uint32_t>(int32_t(src[n]) * src[n]);
-  return static_cast<int64_t>(acc);
-}
+inline int64_t energy64(const Vsp16s* src, int len) { return len > 0 ? simd::energy64_shifted(src, len, 0) : 0; }
 inline void energy64(const Vsp16s* src, int len, int64_t* pEnergy) { *pEnergy = energy64(src, len); }
 
 }  // namespace vsps::VSPS_NS::kernel

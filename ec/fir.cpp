@@ -1,6 +1,7 @@
 // Full-band echo-path filters: the plain FIR (float and Q15) and the
 // adapting least-mean-squares FIR whose update lags one sample.
 #include "core/level_ns.h"
+#include "ec/fir_simd.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -20,7 +21,12 @@ VspStatus legacy90vspsFIR_EC_32f(const Vsp32f* reference, const Vsp32f* nearEnd,
                                  const Vsp32f* coeffs, int tapLen) {
   if (reference == nullptr || nearEnd == nullptr || error == nullptr || coeffs == nullptr) return vspStsNullPtrErr;
   if (len < 1 || tapLen < 1) return vspStsBadArgErr;
-  for (int n = 0; n < len; ++n) {
+  int n = 0;
+#if defined(__AVX__) || (VSPS_LEVEL >= 2 && defined(VSPS_SIMD128))
+  if (ecfir::outputs_apart(reference, error, len, tapLen))
+    n = ecfir::fir32f_blocks(reference, nearEnd, error, len, coeffs, tapLen);
+#endif
+  for (; n < len; ++n) {
     const Vsp32f* x = reference + n;
     Vsp32f y = 0.0f;
     for (int k = 0; k < tapLen; ++k) y = y + coeffs[k] * x[-k];
@@ -33,7 +39,12 @@ VspStatus legacy90vspsFIR_EC_16s(const Vsp16s* reference, const Vsp16s* nearEnd,
                                  const Vsp16s* coeffs, int tapLen) {
   if (reference == nullptr || nearEnd == nullptr || error == nullptr || coeffs == nullptr) return vspStsNullPtrErr;
   if (len < 1 || tapLen < 1) return vspStsBadArgErr;
-  for (int n = 0; n < len; ++n) {
+  int n = 0;
+#if defined(VSPS_EC_FIR16_VECTOR)
+  if (tapLen <= ecfir::kMaxExactTaps && ecfir::outputs_apart(reference, error, len, tapLen))
+    n = ecfir::fir16s_blocks(reference, nearEnd, error, len, coeffs, tapLen);
+#endif
+  for (; n < len; ++n) {
     const Vsp16s* x = reference + n;
     int32_t y = 0;
     for (int k = 0; k < tapLen; ++k) y = sat32(int64_t(y) + ((int32_t(x[-k]) * coeffs[k] + 16384) >> 15));
@@ -71,10 +82,20 @@ VspStatus legacy90vspsNLMS_EC_16s(const Vsp16s* reference, const Vsp16s* nearEnd
     return vspStsNullPtrErr;
   if (len < 1 || tapLen < 1) return vspStsBadArgErr;
   int32_t c = *carriedError;  // within a call not limited to 16 bits
+#if defined(VSPS_EC_FIR16_VECTOR)
+  // Vector taps only when the coefficients are apart from the samples read.
+  const bool vector = tapLen <= ecfir::kMaxExactTaps &&
+                      simd::disjoint(coeffs, sizeof(Vsp16s) * static_cast<std::size_t>(tapLen), reference - tapLen,
+                                     sizeof(Vsp16s) * static_cast<std::size_t>(tapLen + len));
+#endif
   for (int n = 0; n < len; ++n) {
     const Vsp16s* x = reference + n;
     int32_t y = 0;
-    for (int k = 0; k < tapLen; ++k) {
+    int k = 0;
+#if defined(VSPS_EC_FIR16_VECTOR)
+    if (vector) y = ecfir::lms16s_taps(x, coeffs, tapLen, c, &k);
+#endif
+    for (; k < tapLen; ++k) {
       const int32_t h = sat16(int64_t(coeffs[k]) + (wrap_mul_add(x[-1 - k], c, 4096) >> 13));
       coeffs[k] = static_cast<Vsp16s>(h);
       y = sat32(int64_t(y) + ((h * x[-k] + 16384) >> 15));

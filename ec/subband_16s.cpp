@@ -2,6 +2,10 @@
 // (16-bit samples to 32-bit complex sub-bands) and synthesis.
 #include <cstring>
 
+#if defined(__AVX2__)
+#include <immintrin.h>
+#endif
+
 #include "ec/ec_tables.h"
 #include "ec/rfft.h"
 #include "ec/rfft_tables.h"
@@ -17,6 +21,22 @@ inline int32_t sat16(int32_t x) { return x > 32767 ? 32767 : (x < -32768 ? -3276
 
 // Q0 x Q13 product rounded to Q0.
 inline int32_t mul_q13_round(int32_t a, int32_t b) { return (a * b + 4096) >> 13; }
+
+#if defined(__AVX2__)
+// Sixteen (d w + 4096) >> 13 as 32-bit values, in the lane order of
+// unpacklo/unpackhi (elements 0-3, 8-11 | 4-7, 12-15).
+struct Terms {
+  __m256i lo, hi;
+};
+inline Terms fold_terms32(const Vsp16s* d, const Vsp16s* w) {
+  const __m256i x = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(d));
+  const __m256i y = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(w));
+  const __m256i pl = _mm256_mullo_epi16(x, y), ph = _mm256_mulhi_epi16(x, y);
+  const __m256i r = _mm256_set1_epi32(4096);
+  return {_mm256_srai_epi32(_mm256_add_epi32(_mm256_unpacklo_epi16(pl, ph), r), 13),
+          _mm256_srai_epi32(_mm256_add_epi32(_mm256_unpackhi_epi16(pl, ph), r), 13)};
+}
+#endif
 
 }  // namespace
 
@@ -77,9 +97,30 @@ VspStatus legacy90vspsSubbandAnalysis_16s32sc_Sfs(const Vsp16s* source, Vsp32sc*
   auto* a = reinterpret_cast<int32_t*>(vsps::ec::align16(workBuffer));
   // Window and fold, block after block: every product rounded to Q0, each
   // u[j] saturated after every term (in increasing i for every j).
-  for (int j = 0; j < n; ++j) a[j] = sat16(mul_q13_round(d[j], w[j]));
+  int j0 = 0;
+#if defined(__AVX2__)
+  // Sixteen j at a time: each product rounded to Q0 in 32 bits, the running
+  // fold saturated to 16 bits after every term (packs), in increasing i.
+  for (; j0 + 16 <= n; j0 += 16) {
+    __m256i acc = _mm256_setzero_si256();
+    for (int b = 0; b < len; b += n) {
+      const Terms t = fold_terms32(d + b + j0, w + b + j0);
+      if (b == 0) {
+        acc = _mm256_packs_epi32(t.lo, t.hi);  // per 128-bit lane: lo then hi, the natural order
+      } else {                                 // sat16(a + term) with the unsaturated 32-bit term
+        const __m256i sign = _mm256_srai_epi16(acc, 15);
+        acc = _mm256_packs_epi32(_mm256_add_epi32(_mm256_unpacklo_epi16(acc, sign), t.lo),
+                                 _mm256_add_epi32(_mm256_unpackhi_epi16(acc, sign), t.hi));
+      }
+    }
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(a + j0), _mm256_cvtepi16_epi32(_mm256_castsi256_si128(acc)));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(a + j0 + 8),
+                        _mm256_cvtepi16_epi32(_mm256_extracti128_si256(acc, 1)));
+  }
+#endif
+  for (int j = j0; j < n; ++j) a[j] = sat16(mul_q13_round(d[j], w[j]));
   for (int b = n; b < len; b += n)
-    for (int j = 0; j < n; ++j) a[j] = sat16(a[j] + mul_q13_round(d[b + j], w[b + j]));
+    for (int j = j0; j < n; ++j) a[j] = sat16(a[j] + mul_q13_round(d[b + j], w[b + j]));
   ec::bit_reverse_pairs(a, f.rev, f.m);
   ec::forward_q30(a, f, destination, scaleFactor);
   return vspStsNoErr;

@@ -2,6 +2,10 @@
 // analysis (real samples to complex sub-bands) and synthesis.
 #include <cstring>
 
+#if defined(__SSSE3__)
+#include <immintrin.h>
+#endif
+
 #include "ec/ec_tables.h"
 #include "ec/rfft.h"
 #include "ec/rfft_tables.h"
@@ -62,9 +66,25 @@ VspStatus legacy90vspsSubbandAnalysis_32f32fc(const Vsp32f* source, Vsp32fc* des
   auto* u = reinterpret_cast<Vsp32f*>(a);
   // Window and fold, block after block (for every j the terms in
   // increasing i).
-  for (int j = 0; j < n; ++j) u[j] = d[j] * w[j];
+  int j0 = 0;
+#if defined(__AVX__)
+  for (; j0 + 8 <= n; j0 += 8) {  // eight j at a time, each lane in increasing i
+    __m256 acc = _mm256_mul_ps(_mm256_loadu_ps(d + j0), _mm256_loadu_ps(w + j0));
+    for (int b = n; b < len; b += n)
+      acc = _mm256_add_ps(acc, _mm256_mul_ps(_mm256_loadu_ps(d + b + j0), _mm256_loadu_ps(w + b + j0)));
+    _mm256_storeu_ps(u + j0, acc);
+  }
+#elif VSPS_LEVEL >= 2 && defined(__SSSE3__)
+  for (; j0 + 4 <= n; j0 += 4) {
+    __m128 acc = _mm_mul_ps(_mm_loadu_ps(d + j0), _mm_loadu_ps(w + j0));
+    for (int b = n; b < len; b += n)
+      acc = _mm_add_ps(acc, _mm_mul_ps(_mm_loadu_ps(d + b + j0), _mm_loadu_ps(w + b + j0)));
+    _mm_storeu_ps(u + j0, acc);
+  }
+#endif
+  for (int j = j0; j < n; ++j) u[j] = d[j] * w[j];
   for (int b = n; b < len; b += n)
-    for (int j = 0; j < n; ++j) u[j] = u[j] + d[b + j] * w[b + j];
+    for (int j = j0; j < n; ++j) u[j] = u[j] + d[b + j] * w[b + j];
   ec::bit_reverse_pairs(u, f.rev, f.m);
   ec::cfft_32f<false>(a, f.stage, f.m);
   ec::pack_forward_32f(a, f, destination);
@@ -88,11 +108,28 @@ VspStatus legacy90vspsSubbandSynthesis_32fc32f(const Vsp32fc* source, Vsp32f* de
   const Vsp32f* w = h->window;
   std::memmove(d, d + hop, 4 * std::size_t(len - hop));
   std::memset(d + len - hop, 0, 4 * std::size_t(hop));
-  for (int b = 0; b < len; b += n)
-    for (int j = 0; j < n; ++j) {
+  for (int b = 0; b < len; b += n) {
+    int j = 0;
+#if defined(__AVX__)
+    // Eight k at a time; the window read backwards as a reversed vector.
+    for (; j + 8 <= n; j += 8) {
+      const int k = b + j;
+      const __m256 wr = _mm256_permute2f128_ps(_mm256_permute_ps(_mm256_loadu_ps(w + len - 8 - k), 0x1B),
+                                               _mm256_permute_ps(_mm256_loadu_ps(w + len - 8 - k), 0x1B), 0x01);
+      _mm256_storeu_ps(d + k, _mm256_add_ps(_mm256_loadu_ps(d + k), _mm256_mul_ps(_mm256_loadu_ps(v + j), wr)));
+    }
+#elif VSPS_LEVEL >= 2 && defined(__SSSE3__)
+    for (; j + 4 <= n; j += 4) {
+      const int k = b + j;
+      const __m128 wr = _mm_shuffle_ps(_mm_loadu_ps(w + len - 4 - k), _mm_loadu_ps(w + len - 4 - k), 0x1B);
+      _mm_storeu_ps(d + k, _mm_add_ps(_mm_loadu_ps(d + k), _mm_mul_ps(_mm_loadu_ps(v + j), wr)));
+    }
+#endif
+    for (; j < n; ++j) {
       const int k = b + j;
       d[k] = d[k] + v[j] * w[len - 1 - k];
     }
+  }
   std::memcpy(destination, d, 4 * std::size_t(hop));
   return vspStsNoErr;
 }

@@ -33,6 +33,12 @@ extern const int16_t kAcosSlopeNormQ12[64];
 // (columns 0..4 low split, 5..9 high split).
 extern const int16_t kLspCb1Q13[kCb1Size * kOrder];
 extern const int16_t kLspCb2Q13[kCb2Size * kOrder];
+// The same codebooks regrouped for the vector searches: stage 1 as pairs of
+// coefficients (2p, 2p+1), pair-major: [5][128][2]; stage 2 per half (low
+// 0..4, high 5..9) padded with a zero sixth coefficient, pair-major:
+// [2][3][32][2].
+extern const int16_t kLspCb1PairsQ13[5 * kCb1Size * 2];
+extern const int16_t kLspCb2HalfPairsQ13[2 * 3 * kCb2Size * 2];
 // MA prediction [mode][k][j] Q15 (k = 0 weights the newest memory row), its
 // complement 1 - sum_k [mode][j] Q15 and the complement's inverse Q12.
 extern const int16_t kMaPredQ15[2 * kMaOrder * kOrder];

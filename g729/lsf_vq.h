@@ -10,6 +10,7 @@
 #include "core/basic_ops.h"
 #include "core/level_ns.h"
 #include "g729/g729_tables.h"
+#include "g729/lsf_search.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS::lsfvq {
@@ -149,38 +150,12 @@ inline void quantise(const int16_t* lsf, const int16_t* prev, int* codes) {
   for (int mode = 0; mode < 2; ++mode) {
     int16_t target[M];
     prev_extract(lsf, mode, prev, target);
-    // First stage: unweighted squared error over all ten coefficients.
-    int best1 = 0;
-    int32_t dmin = bop::kMax32;
-    for (int i = 0; i < t::kCb1Size; ++i) {
-      int32_t d = 0;
-      for (int j = 0; j < M; ++j) {
-        const int16_t e = bop::sub(target[j], cb1_row(i)[j]);
-        d = bop::L_mac(d, e, e);
-      }
-      if (bop::L_sub(d, dmin) < 0) {
-        dmin = d;
-        best1 = i;
-      }
-    }
-    // Second stage: weighted squared error, low and high halves separately.
+    // First stage over all ten coefficients, second stage per half.
+    const int best1 = lsfsearch::stage1(target);
     int16_t rest[M];
     for (int j = 0; j < M; ++j) rest[j] = bop::sub(target[j], cb1_row(best1)[j]);
-    int best2[2] = {0, 0};
-    int32_t dmin2[2] = {bop::kMax32, bop::kMax32};
-    for (int i = 0; i < t::kCb2Size; ++i) {
-      for (int half = 0; half < 2; ++half) {
-        int32_t d = 0;
-        for (int j = 5 * half; j < 5 * half + 5; ++j) {
-          const int16_t e = bop::sub(rest[j], cb2_row(i)[j]);
-          d = bop::L_mac(d, bop::mult(w[j], e), e);
-        }
-        if (bop::L_sub(d, dmin2[half]) < 0) {
-          dmin2[half] = d;
-          best2[half] = i;
-        }
-      }
-    }
+    int best2[2];
+    lsfsearch::stage2(rest, w, best2);
     cand[mode][0] = best1;
     cand[mode][1] = best2[0];
     cand[mode][2] = best2[1];

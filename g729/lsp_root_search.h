@@ -20,6 +20,7 @@
 #include "core/basic_ops.h"
 #include "core/dpf.h"
 #include "core/level_ns.h"
+#include "core/simd/x86.h"
 #include "g729/g729_tables.h"
 
 namespace vsps::VSPS_NS::lsp {
@@ -121,26 +122,89 @@ inline int16_t interpolate_root(int16_t xlow, int16_t ylow, int16_t xhigh, int16
   return bop::sub(xlow, bop::extract_l(bop::L_shr(bop::L_mult(ylow, slope), 11)));
 }
 
+// Level 6 only: the four-lane SSE4.1 form (g729/chebyshev_sse41.inl) was
+// measured slower than the scalar evaluation at levels 4 and 5.
+#if defined(VSPS_SIMD256)
+#include "g729/chebyshev_avx2.inl"
+#define VSPS_CHEBYSHEV_MANY 8
+#endif
+
 // Searches the roots of F1 and F2 alternately along the grid; writes the
 // roots found (descending cosines, Q15) to lsp[0..] and returns their count
 // (10 on success). After a root the search goes on from the root to the
 // next grid point with the other polynomial. The caller decides what to do
 // with fewer than 10 roots (G.729 and GSM-AMR copy the previous LSP).
+//
+// Level 6 evaluates both polynomials on the whole grid, and every point a
+// run of bisections can visit (the 2^bisections - 1 nodes of its binary
+// tree), in vector form before they are needed; the scan then reads the
+// same values the scalar evaluation gives, in the same order of decisions.
 inline int find_roots(const int16_t* f1, const int16_t* f2, const ChebyshevForm& form, const SearchGrid& grid,
                       int16_t* lsp) {
+#if defined(VSPS_CHEBYSHEV_MANY)
+  constexpr int kGridMax = 64;  // grids of up to 63 intervals (the codecs use 60 and 50)
+  constexpr int kTreeMax = 16;  // up to 4 bisections
+  const int points = grid.intervals + 1;
+  const int padded = (points + VSPS_CHEBYSHEV_MANY - 1) / VSPS_CHEBYSHEV_MANY * VSPS_CHEBYSHEV_MANY;
+  int16_t xs[kGridMax], gridY[2][kGridMax];
+  for (int j = 0; j < padded; ++j) xs[j] = grid.points[j < points ? j : points - 1];
+  chebyshev_many(xs, padded, f1, form, gridY[0]);
+  chebyshev_many(xs, padded, f2, form, gridY[1]);
+#endif
   int nf = 0;
   const int16_t* coef = f1;
   bool onF1 = true;
   int16_t xlow = grid.points[0];
+#if defined(VSPS_CHEBYSHEV_MANY)
+  int16_t ylow = gridY[0][0];
+#else
   int16_t ylow = chebyshev(xlow, coef, form);
+#endif
   int j = 0;
   while (nf < kLpOrder && j < grid.intervals) {
     ++j;
     int16_t xhigh = xlow;
     int16_t yhigh = ylow;
     xlow = grid.points[j];
+#if defined(VSPS_CHEBYSHEV_MANY)
+    ylow = gridY[onF1 ? 0 : 1][j];
+#else
     ylow = chebyshev(xlow, coef, form);
+#endif
     if (bop::L_mult(ylow, yhigh) > 0) continue;
+#if defined(VSPS_CHEBYSHEV_MANY)
+    // Node n of the bisection tree halves (lo[n], hi[n]); its children are
+    // 2n (the lower half, kept on a sign change below the midpoint) and 2n+1.
+    int16_t lo[kTreeMax], hi[kTreeMax], mid[kTreeMax], ymids[kTreeMax];
+    const int nodes = (1 << grid.bisections) - 1;
+    lo[1] = xlow;
+    hi[1] = xhigh;
+    for (int n = 1; n <= nodes; ++n) {
+      mid[n - 1] = bop::add(bop::shr(lo[n], 1), bop::shr(hi[n], 1));
+      if (2 * n + 1 < kTreeMax) {
+        lo[2 * n] = lo[n];
+        hi[2 * n] = mid[n - 1];
+        lo[2 * n + 1] = mid[n - 1];
+        hi[2 * n + 1] = hi[n];
+      }
+    }
+    for (int n = nodes; n < kTreeMax; ++n) mid[n] = mid[0];
+    chebyshev_many(mid, (nodes + VSPS_CHEBYSHEV_MANY - 1) / VSPS_CHEBYSHEV_MANY * VSPS_CHEBYSHEV_MANY, coef, form,
+                   ymids);
+    for (int b = 0, n = 1; b < grid.bisections; ++b) {
+      const int16_t xmid = mid[n - 1];
+      const int16_t ymid = ymids[n - 1];
+      if (bop::L_mult(ylow, ymid) <= 0) {
+        yhigh = ymid;
+        xhigh = xmid;
+        n = 2 * n;
+      } else {
+        ylow = ymid;
+        xlow = xmid;
+        n = 2 * n + 1;
+      }
+    }
+#else
     for (int b = 0; b < grid.bisections; ++b) {  // sign change (or a zero) in [xlow, xhigh]
       const int16_t xmid = bop::add(bop::shr(xlow, 1), bop::shr(xhigh, 1));
       const int16_t ymid = chebyshev(xmid, coef, form);
@@ -152,6 +216,7 @@ inline int find_roots(const int16_t* f1, const int16_t* f2, const ChebyshevForm&
         xlow = xmid;
       }
     }
+#endif
     const int16_t xint = interpolate_root(xlow, ylow, xhigh, yhigh);
     lsp[nf++] = xint;
     xlow = xint;

@@ -31,6 +31,10 @@ extern const int16_t kDico2Lsf3[512][3];
 extern const int16_t kDico3Lsf3[512][4];
 extern const int16_t kMr515Lsf3[128][4];  // third sub-vector, 4.75 and 5.15 kbit/s
 extern const int16_t kMr795Lsf1[512][3];  // first sub-vector, 7.95 kbit/s
+// The 3-column tables padded with a zero fourth column, for the vector searches.
+extern const int16_t kDico1Lsf3Pad4[256][4];
+extern const int16_t kDico2Lsf3Pad4[512][4];
+extern const int16_t kMr795Lsf1Pad4[512][4];
 extern const int16_t kMeanLsf3[kOrder];   // Q15 LSF
 extern const int16_t kPredFac3[kOrder];   // Q15
 

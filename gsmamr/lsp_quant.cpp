@@ -22,13 +22,13 @@ void quant_split3(const int16_t* lspQ15, int16_t* pastRq, int16_t* qLspQ15, int1
     r[i] = bop::sub(lsf[i], pred[i]);
   }
   if (amr::uses_reduced_tables(mode)) {
-    idx[0] = amr::vq_search<3>(&r[0], &wf[0], gsmamr::kDico1Lsf3, 256, 1);
-    idx[1] = amr::vq_search<3>(&r[3], &wf[3], gsmamr::kDico2Lsf3, 256, 2);  // even rows, halved index
+    idx[0] = amr::vq_search<3>(&r[0], &wf[0], gsmamr::kDico1Lsf3Pad4, 256, 1);
+    idx[1] = amr::vq_search<3>(&r[3], &wf[3], gsmamr::kDico2Lsf3Pad4, 256, 2);  // even rows, halved index
     idx[2] = amr::vq_search<4>(&r[6], &wf[6], gsmamr::kMr515Lsf3, 128, 1);
   } else {
-    const auto* first = mode == vspRate7950 ? gsmamr::kMr795Lsf1 : gsmamr::kDico1Lsf3;
+    const auto* first = mode == vspRate7950 ? gsmamr::kMr795Lsf1Pad4 : gsmamr::kDico1Lsf3Pad4;
     idx[0] = amr::vq_search<3>(&r[0], &wf[0], first, mode == vspRate7950 ? 512 : 256, 1);
-    idx[1] = amr::vq_search<3>(&r[3], &wf[3], gsmamr::kDico2Lsf3, 512, 1);
+    idx[1] = amr::vq_search<3>(&r[3], &wf[3], gsmamr::kDico2Lsf3Pad4, 512, 1);
     idx[2] = amr::vq_search<4>(&r[6], &wf[6], gsmamr::kDico3Lsf3, 512, 1);
   }
   int16_t lsfQ[kM];

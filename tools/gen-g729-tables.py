@@ -69,6 +69,24 @@ def main():
         for k in range(0, count, per_line):
             out.write("    " + ", ".join(items[k:k + per_line]) + ",\n")
         out.write("};\n")
+    # Vector-search layouts of the LSF codebooks (the same numbers regrouped):
+    # stage 1 as coefficient pairs, pair-major ([5][128][2]); stage 2 per half,
+    # padded to 6 coefficients with zeros, pair-major ([2][3][32][2]).
+    cb1 = [int(v) for v in numbers(os.path.join(folder, "lspcb1.txt"))]
+    cb2 = [int(v) for v in numbers(os.path.join(folder, "lspcb2.txt"))]
+    pairs1 = [cb1[i * 10 + 2 * p + d] for p in range(5) for i in range(128) for d in range(2)]
+    pairs2 = []
+    for h in range(2):
+        for p in range(3):
+            for k in range(32):
+                for d in range(2):
+                    j = 2 * p + d
+                    pairs2.append(cb2[k * 10 + 5 * h + j] if j < 5 else 0)
+    for name, values in (("kLspCb1PairsQ13", pairs1), ("kLspCb2HalfPairsQ13", pairs2)):
+        out.write(f"\nconst int16_t {name}[{len(values)}] = {{\n")
+        for k in range(0, len(values), 10):
+            out.write("    " + ", ".join(str(v) for v in values[k:k + 10]) + ",\n")
+        out.write("};\n")
     out.write("\n}  // namespace vsps::tables::g729\n// clang-format on\n")
 
 

@@ -34,6 +34,9 @@ TABLES = [
     ("lsp_init_data", "kLspInit", 10, 1, "reset value of the previous-frame LSP (Q15)"),
 ]
 
+# 3-column tables also emitted padded to 4 columns.
+PADDED = ("kDico1Lsf3", "kDico2Lsf3", "kMr795Lsf1")
+
 
 def read_rows(path):
     rows = []
@@ -76,6 +79,8 @@ def main():
         if len(rows) != nrows or any(len(r) != cols for r in rows):
             sys.exit(f"{fname}: expected {nrows}x{cols}")
         emit(out, name, rows, cols, comment)
+        if name in PADDED:  # 4-column copy for the vector searches: a zero that adds exactly 0
+            emit(out, name + "Pad4", [r + [0] for r in rows], 4, comment + ", padded with a zero column")
     out.write("}  // namespace vsps::gsmamr\n")
 
 
