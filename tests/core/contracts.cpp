@@ -28,6 +28,10 @@ VT_CONTRACT(legacy90vspscSetNumThreads) {
   vt::Contract c;
   c.valid = [=] { return vt::Call(name).scalar("numThr", 4); };
   c.validStatuses = {1};
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {  // any count is ignored
+    call.scalar("numThr", vt::fz::pick(in, "numThr", -2, 64));
+    return vt::fz::Expect().to(in);
+  };
   return c;
 }
 

@@ -66,6 +66,11 @@ VT_CONTRACT(legacy90vspsHighPassFilterSize_G729) {
 VT_CONTRACT(legacy90vspsHighPassFilterInit_G729) {
   vt::Contract c;
   c.valid = [=] { return vt::Call(name).in("pCoeff", 6).bytes("pState", 24, 3); };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {  // any coefficients, any alignment
+    call.bytes("pState", 24, fz::misalign(in));
+    fz::fill_inputs(call, in);
+    return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).to(in);
+  };
   return c;
 }
 

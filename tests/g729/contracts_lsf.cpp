@@ -158,6 +158,10 @@ VT_CONTRACT(legacy90vspsLSFDecode_G729_32f) {
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);  // any code words (masked) and memory
   };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {  // any code words: always a valid call
+    vt::fz::fill_inputs(call, in);
+    return vt::fz::Expect().fail_if(vt::fz::nulls(call, in), vspStsNullPtrErr).to(in);
+  };
   return c;
 }
 
