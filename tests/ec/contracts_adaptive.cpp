@@ -49,13 +49,14 @@ bool fuzz_full_band(vt::Call& call, vt::FuzzInput& in, bool withStep) {
   return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(!ok, vspStsBadArgErr).to(in);
 }
 
-// Fuzz hook of the sub-band filters and updates. `first`: the economical
-// forms (firstSubband, range checks before the sub-band count); `sf`: the
-// scale factor's accepted range (lo > hi: none); `frameArrays`: each
-// pointer array's frame count (0: numSegments, else projection order
-// related, see below); `perSubband`: buffers of numSubbands elements times
-// a factor; `negative`: which step values must not be negative (returns
-// true when one is), checked last with vspStsSizeErr.
+// Fuzz hook of the sub-band filters and updates, driven by a description:
+// `first`: the economical forms (firstSubband, whose range check comes
+// before the sub-band count's); `sfLo..sfHi`: the accepted scale factors
+// (no scale factor when sfLo > sfHi); `projection`: a projection order
+// 1..16; `frameArrays`: the pointer arrays and their frame counts;
+// `perSubband`: buffers of numSubbands elements times a factor;
+// `negative`: true when a step the call must refuse is present (checked
+// last, vspStsSizeErr).
 struct SubbandHook {
   bool first = false;
   int sfLo = 1, sfHi = 0;
