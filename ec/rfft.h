@@ -145,6 +145,10 @@ inline void unpack_inverse_32f(const Vsp32fc* src, const Rfft32f& f, Vsp32fc* a)
 
 // ---- fixed point ---------------------------------------------------------------
 
+// The total shift g + order + scaleFactor in 64 bits (scaleFactor is any
+// int), limited to +-64, where every result is already 0 or saturated.
+inline int total_shift(int64_t s) { return static_cast<int>(s < -64 ? -64 : (s > 64 ? 64 : s)); }
+
 // x / 2^s rounded to nearest (ties toward +infinity) for s >= 1, or x * 2^-s
 // for s <= 0; saturated to 32 bits.
 inline int32_t scale_round_sat32(int64_t x, int s) {
@@ -221,7 +225,7 @@ inline void forward_q30(int32_t* a, const RfftQ30& f, Vsp32sc* dst, int scaleFac
   for (int i = 0; i < 2 * m; ++i) a[i] = a[i] * (int32_t(1) << g);
   cfft_q30<false>(a, f.stage, m);
   // 2 X 2^g in 64 bits: E2 + W O2, E2 = A + B, O2 = (A - B) / i.
-  const int s = g + 1 + scaleFactor;
+  const int s = total_shift(int64_t(g) + 1 + scaleFactor);
   dst[0] = {scale_round_sat32(2 * (int64_t(a[0]) + a[1]), s), 0};
   dst[m] = {scale_round_sat32(2 * (int64_t(a[0]) - a[1]), s), 0};
   if (m < 2) return;
@@ -278,7 +282,7 @@ inline void inverse_q30(const Vsp32sc* src, const RfftQ30& f, int32_t* a, int sc
     put(rev[m / 2], 2 * pre(src[m / 2].re), -2 * pre(src[m / 2].im));
   }
   cfft_q30<true>(a, f.stage, m);
-  const int s = g + f.order + scaleFactor;
+  const int s = total_shift(int64_t(g) + f.order + scaleFactor);
   for (int i = 0; i < 2 * m; ++i) {
     const int32_t v = scale_round_sat32(a[i], s);
     a[i] = v > 32767 ? 32767 : (v < -32768 ? -32768 : v);

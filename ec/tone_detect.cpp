@@ -31,7 +31,7 @@ template <class S>
 inline void dip_or_gap(S& s, bool below048, int& result) {
   if (below048) {
     if (s.toneRun > s.minRun && s.toneRun < s.maxRun) {
-      s.reversals += 1;
+      if (s.reversals < INT32_MAX) s.reversals += 1;
       if (s.reversals >= 2) result = 1;
     }
     s.toneRun = 0;  // on every dip, counted or not
@@ -108,7 +108,7 @@ VspStatus legacy90vspsToneDetect_EC_16s(const Vsp16s* signal, int len, int* resu
     s.ex = static_cast<int32_t>((int64_t(x * x) * beta + int64_t(s.ex) * alpha) >> 14);
     s.ey = static_cast<int32_t>((int64_t(y * y) * beta + int64_t(s.ey) * alpha) >> 14);
     if (s.ey > ((int64_t(s.ex) * 13107) >> 14)) {  // 0.8
-      s.toneRun += 1;
+      if (s.toneRun < INT32_MAX) s.toneRun += 1;
       s.gapRun = 0;
     } else {
       dip_or_gap(s, s.ey < ((int64_t(s.ex) * 7864) >> 14), found);  // 0.48
@@ -139,7 +139,7 @@ VspStatus legacy90vspsToneDetect_EC_32f(const Vsp32f* signal, int len, int* resu
     s.ey = alpha * s.ey + beta * (y * y);
     if (s.ey > 0.8f * s.ex && 10000.0f * s.ex > s.ey) {
       s.gapRun = 0;
-      s.toneRun += 1;
+      if (s.toneRun < INT32_MAX) s.toneRun += 1;
     } else if (s.ey > 0.0008f * s.ex && s.ex > s.ey) {
       dip_or_gap(s, s.ey < 0.48f * s.ex, found);
     } else {  // output energy negligible, or not below the input's

@@ -832,7 +832,9 @@ VSPS_FN(VspStatus, legacy90vspsFIRSubbandAPCoeffUpdate_EC_32fc_I, (const Vsp64f*
  * returns, its onset is a dip and restarts the run. From Init (both energies
  * 0) an all-zero input counts as a gap in the fixed-point twin, while the
  * float twin (output energy not above 0.0008 Ex, or not below Ex) resets the
- * tone run and the gap run and keeps the reversal count. */
+ * tone run and the gap run and keeps the reversal count. The tone run and
+ * the reversal count stop at INT32_MAX (a tone, or digital silence after
+ * one, of 2^31 samples or more) rather than wrap. */
 
 /* Bytes of a fixed-point detector state: 72. Checks: size null:
  * vspStsNullPtrErr; rate not 8000 or 16000: vspStsRangeErr. */

@@ -1,6 +1,8 @@
 // Contracts of the sub-band filter bank.
 #include <cmath>
+#include <cstring>
 
+#include "tests/ec/ec_fuzz.h"
 #include "tests/ec/ec_test_util.h"
 #include "tests/support/contract.h"
 
@@ -83,6 +85,109 @@ std::vector<vt::Check> working_checks() {
       vspStsErr)};
 }
 
+namespace fz = vt::fz;
+
+// GetSize: order and windowLen around their limits; by choice a multiple of
+// 2^order, or the multiples around the largest one whose state fits INT_MAX.
+bool fuzz_get_size(vt::Call& call, vt::FuzzInput& in, bool fixedPoint) {
+  const int64_t order = fz::pick(in, "order", -2, 16);
+  int64_t len = fz::pick(in, "windowLen", -2, 70000);
+  const bool orderOk = order >= 1 && order <= 13;
+  const int64_t n = orderOk ? int64_t(1) << order : 0;
+  if (orderOk && in.choice("multiple of 2^order")) len = (len & 0xFFFF) * n;
+  if (orderOk && in.choice("near the size limit")) {
+    int64_t k = 1;  // the largest multiple of n whose state fits INT_MAX
+    while (ect::documented_sizes(fixedPoint, order, 2 * k * n).state <= INT32_MAX) k *= 2;
+    for (int64_t step = k / 2; step >= 1; step /= 2)
+      if (ect::documented_sizes(fixedPoint, order, (k + step) * n).state <= INT32_MAX) k += step;
+    len = (k + in.scalar("beyond", 0, 1)) * n;
+  }
+  call.scalar("order", order).scalar("windowLen", len);
+  call.out("stateSize", 1).out("initBufSize", 1).out("workBufSize", 1);
+  const bool fits =
+      orderOk && len >= 1 && len % n == 0 && ect::documented_sizes(fixedPoint, order, len).state <= INT32_MAX;
+  return fz::Expect()
+      .fail_if(order < 1 || len < 1, vspStsBadArgErr)
+      .fail_if(fz::nulls(call, in), vspStsNullPtrErr)
+      .fail_if(!fits, vspStsBadArgErr)
+      .to(in);
+}
+
+// Init: order, frameSize and windowLen around their limits (windowLen by
+// choice a multiple of 2^order), the built-in window by a null window, a
+// null init buffer by choice; blocks of the documented sizes.
+template <class W>
+bool fuzz_init(vt::Call& call, vt::FuzzInput& in, bool fixedPoint) {
+  const int64_t order = fz::pick(in, "order", -2, 15);
+  const int64_t n = order >= 1 && order <= 30 ? int64_t(1) << order : INT64_MAX;
+  const int64_t frameSize = fz::pick(in, "frameSize", -2, std::min<int64_t>(n, 8192) + 2);
+  int64_t len = fz::pick(in, "windowLen", -2, 70000);
+  if (order >= 1 && order <= 13 && in.choice("multiple of 2^order")) len = (len % 16 + 1) * n;
+  const bool argsOk = order >= 1 && frameSize >= 1 && frameSize <= n && len >= 1;
+  const bool lenOk = argsOk && len % n == 0;
+  if (lenOk && order > 13) return false;  // refused after the window copy into a block of no stated size
+  const bool builtIn = in.choice("built-in window");
+  const bool builtInOk = (order == 5 && frameSize == 24 && len == 128) || (order == 6 && frameSize == 44 && len == 256);
+  const bool noInit = in.choice("no init buffer");
+  const ect::DocumentedSizes sz = lenOk ? ect::documented_sizes(fixedPoint, order, len) : ect::DocumentedSizes{1, 1, 1};
+  if (sz.state > fz::kMaxBytes) return false;
+  call.scalar("order", order).scalar("frameSize", frameSize).scalar("windowLen", len);
+  call.bytes("state", static_cast<std::size_t>(sz.state), fz::misalign(in));
+  if (lenOk) call.self_pointers("state", ect::subband_self_pointers(fixedPoint));
+  call.bytes("initBuffer", static_cast<std::size_t>(std::max<int64_t>(sz.init, 1)), 3);
+  call.in("window", static_cast<std::size_t>(lenOk ? len : 1));
+  fz::fill_inputs(call, in);
+  if (builtIn) call.null("window");
+  if (noInit) call.null("initBuffer");
+  const bool stateNull = fz::nulls(call, in, {"state"});
+  const fz::Expect e = fz::Expect()
+                           .fail_if(!argsOk, vspStsBadArgErr)
+                           .fail_if(stateNull, vspStsNullPtrErr)
+                           .fail_if(!lenOk || (builtIn && !builtInOk), vspStsBadArgErr)
+                           .fail_if(noInit && order >= 5, vspStsErr);
+  return e.to(in, e.status() == vspStsErr);
+}
+
+// Analysis and synthesis on a state formatted by Init (any working
+// configuration, a fuzzed window), its delay line then filled with fuzzed
+// samples (any value is a possible history); by choice a header size out
+// of range (vspStsErr).
+bool fuzz_working(vt::Call& call, vt::FuzzInput& in, bool fixedPoint, bool analysis) {
+  ect::BankConfig b{};
+  if (!ect::pick_bank(in, b)) return false;
+  const std::size_t bins = (std::size_t(1) << b.order) / 2 + 1, hop = static_cast<std::size_t>(b.frameSize);
+  std::vector<uint8_t> window(static_cast<std::size_t>(b.windowLen) * (fixedPoint ? 2 : 4));
+  in.fill("window", window);
+  if (!fixedPoint) fz::finite({reinterpret_cast<float*>(window.data()), window.size() / 4}, 1e6f);
+  if (ect::setup_subband_state(call, fixedPoint, b.order, b.frameSize, b.windowLen, window, "state", "workBuffer",
+                               fz::misalign(in)) != 0)
+    return false;
+  call.in("source", analysis ? hop : bins).out("destination", analysis ? bins : hop);
+  if (fixedPoint) call.scalar("scaleFactor", fz::pick(in, "scaleFactor", -40, 40));
+  fz::fill_inputs(call, in);
+  uint8_t* state = call.buf<uint8_t>("state").data();
+  state += (16 - reinterpret_cast<uintptr_t>(state) % 16) % 16;
+  void* delay;
+  std::memcpy(&delay, state + (fixedPoint ? 0 : 16), sizeof delay);
+  const std::size_t delayBytes = static_cast<std::size_t>(b.windowLen) * (fixedPoint ? 2 : 4);
+  in.fill("delay", {static_cast<uint8_t*>(delay), delayBytes});
+  if (!fixedPoint) fz::finite({static_cast<float*>(delay), delayBytes / 4}, 1e30f);
+  const bool badHeader = in.choice("header out of range");
+  if (badHeader) {
+    // windowLen, fftLen and frameSize follow the three pointers (fixed
+    // point) or open the header (float).
+    uint8_t* sizes = state + (fixedPoint ? 24 : 0);
+    const int32_t n = 1 << b.order;
+    const struct {
+      int field;
+      int32_t value;
+    } bad[4] = {{1, 16384}, {1, 3}, {2, n + 1}, {0, n - 1}};
+    const auto& c = bad[in.scalar("bad field", 0, 3)];
+    std::memcpy(sizes + 4 * c.field, &c.value, sizeof c.value);
+  }
+  return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(badHeader, vspStsErr).to(in);
+}
+
 }  // namespace
 
 VT_CONTRACT(legacy90vspsSubbandProcessGetSize_16s) {
@@ -90,6 +195,7 @@ VT_CONTRACT(legacy90vspsSubbandProcessGetSize_16s) {
   c.valid = [=] { return get_size(name); };
   c.checks = get_size_checks();
   c.randomize = random_get_size;
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_get_size(call, in, true); };
   return c;
 }
 
@@ -98,6 +204,7 @@ VT_CONTRACT(legacy90vspsSubbandProcessGetSize_32f) {
   c.valid = [=] { return get_size(name); };
   c.checks = get_size_checks();
   c.randomize = random_get_size;
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_get_size(call, in, false); };
   return c;
 }
 
@@ -106,6 +213,7 @@ VT_CONTRACT(legacy90vspsSubbandProcessInit_16s) {
   c.valid = [=] { return init_call<Vsp16s>(name, true); };
   c.checks = init_checks();
   c.nullable = {"window", "initBuffer"};
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_init<Vsp16s>(call, in, true); };
   return c;
 }
 
@@ -118,6 +226,7 @@ VT_CONTRACT(legacy90vspsSubbandProcessInit_32f) {
     call.randomize_inputs(rng);
     for (float& w : call.buf<float>("window")) w = std::fabs(w);
   };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_init<Vsp32f>(call, in, false); };
   return c;
 }
 
@@ -129,6 +238,7 @@ VT_CONTRACT(legacy90vspsSubbandAnalysis_16s32sc_Sfs) {
     call.randomize_inputs(rng);  // full-scale samples: the fold saturates
     call.scalar("scaleFactor", static_cast<int>(rng() % 24) - 4);
   };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_working(call, in, true, true); };
   return c;
 }
 
@@ -136,6 +246,7 @@ VT_CONTRACT(legacy90vspsSubbandAnalysis_32f32fc) {
   vt::Contract c;
   c.valid = [=] { return working_call(name, false, true, 6); };
   c.checks = working_checks();
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_working(call, in, false, true); };
   return c;
 }
 
@@ -149,6 +260,7 @@ VT_CONTRACT(legacy90vspsSubbandSynthesis_32sc16s_Sfs) {
     for (Vsp32sc& x : call.buf<Vsp32sc>("source")) x = {x.re >> shift, x.im >> shift};
     call.scalar("scaleFactor", static_cast<int>(rng() % 12) - 4);
   };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_working(call, in, true, false); };
   return c;
 }
 
@@ -156,5 +268,6 @@ VT_CONTRACT(legacy90vspsSubbandSynthesis_32fc32f) {
   vt::Contract c;
   c.valid = [=] { return working_call(name, false, false, 5); };
   c.checks = working_checks();
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_working(call, in, false, false); };
   return c;
 }

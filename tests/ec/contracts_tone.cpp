@@ -1,8 +1,11 @@
 // Contracts of the 2100 Hz tone detector.
+#include <bit>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 
 #include "tests/support/contract.h"
+#include "tests/support/fuzz_hooks.h"
 
 namespace {
 
@@ -33,12 +36,85 @@ void tone_with_reversal(vt::Call& c, std::mt19937& rng, double rate, double scal
   }
 }
 
+namespace fz = vt::fz;
+
+// A rate around and far from the accepted 8000 and 16000, by choice one of
+// them or a neighbour.
+int64_t pick_rate(vt::FuzzInput& in) {
+  int64_t rate = fz::pick(in, "rate", -2, 16002);
+  if (in.choice("near an accepted rate")) rate = (rate & 1 ? 16000 : 8000) + in.scalar("rate offset", -1, 1);
+  return rate;
+}
+
+bool fuzz_rate(vt::Call& call, vt::FuzzInput& in, bool init, bool fixedPoint) {
+  const int64_t rate = pick_rate(in);
+  call.scalar("rate", rate);
+  if (init) call.bytes("state", fixedPoint ? 72 : 80, fz::misalign(in));
+  return fz::Expect()
+      .fail_if(fz::nulls(call, in), vspStsNullPtrErr)
+      .fail_if(rate != 8000 && rate != 16000, vspStsRangeErr)
+      .to(in);
+}
+
+// Stores a fuzzed value at a byte offset of the formatted state.
+template <class T>
+void corrupt(uint8_t* state, std::size_t offset, T value) {
+  std::memcpy(state + offset, &value, sizeof value);
+}
+
+// The detector on a state formatted by Init at either rate, whose running
+// fields are then set, by choice, to any value a long run can reach:
+// histories, energies (fixed point 0..2^30, float any finite non-negative
+// value), the tone run and reversal count (0..INT32_MAX) and the gap run
+// (0..its limit). The
+// coefficient pointer, alpha and the limits keep Init's values.
+bool fuzz_detect(vt::Call& call, vt::FuzzInput& in, bool fixedPoint) {
+  const int64_t len = fz::pick(in, "len", -2, 5000);
+  const auto n = fz::count(len >= 1, len, 4);
+  const int rate = in.choice("16000 Hz") ? 16000 : 8000;
+  call.in("signal", static_cast<std::size_t>(n)).scalar("len", len).out("result", 1);
+  call.bytes("state", fixedPoint ? 72 : 80, fz::misalign(in));
+  uint8_t* state = call.buf<uint8_t>("state").data();
+  if (fixedPoint)
+    legacy90vspsToneDetectInit_EC_16s(state, rate);
+  else
+    legacy90vspsToneDetectInit_EC_32f(state, rate);
+  fz::fill_inputs(call, in);
+  state += (16 - reinterpret_cast<uintptr_t>(state) % 16) % 16;
+  if (in.choice("corrupt state")) {
+    uint32_t w[10];
+    in.fill("state fields", {reinterpret_cast<uint8_t*>(w), sizeof w});
+    const std::size_t counters[3] = {24, 36, 44};  // fixed point: tone run, gap run, reversals
+    const std::size_t countersF[3] = {36, 48, 56};
+    int32_t gapLimit;  // the gap run never exceeds its limit
+    std::memcpy(&gapLimit, state + (fixedPoint ? 40 : 52), sizeof gapLimit);
+    w[1] %= static_cast<uint32_t>(gapLimit) + 1;
+    for (int k = 0; k < 3; ++k) corrupt(state, (fixedPoint ? counters : countersF)[k], int32_t(w[k] & 0x7FFFFFFF));
+    for (int k = 0; k < 2; ++k) {  // Ey, Ex
+      if (fixedPoint)
+        corrupt(state, 8 + 4 * std::size_t(k), int32_t(w[3 + k] % ((1u << 30) + 1)));
+      else
+        corrupt(state, 8 + 4 * std::size_t(k),
+                std::isfinite(std::bit_cast<float>(w[3 + k] & 0x7FFFFFFF)) ? std::bit_cast<float>(w[3 + k] & 0x7FFFFFFF)
+                                                                           : 0.0f);
+    }
+    for (int k = 0; k < 4; ++k) {  // x1, x2, y1, y2
+      if (fixedPoint)
+        corrupt(state, 16 + 2 * std::size_t(k), int16_t(w[5 + k]));
+      else
+        corrupt(state, 16 + 4 * std::size_t(k), float(int32_t(w[5 + k])) / 65536.0f);
+    }
+  }
+  return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(len < 1, vspStsBadArgErr).to(in);
+}
+
 }  // namespace
 
 VT_CONTRACT(legacy90vspsToneDetectGetStateSize_EC_16s) {
   vt::Contract c;
   c.valid = [=] { return vt::Call(name).scalar("rate", 8000).out("size", 1); };
   c.checks = {vt::bad("rate", 11025, vspStsRangeErr), vt::bad("rate", 0, vspStsRangeErr)};
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, false, true); };
   return c;
 }
 
@@ -46,6 +122,7 @@ VT_CONTRACT(legacy90vspsToneDetectGetStateSize_EC_32f) {
   vt::Contract c;
   c.valid = [=] { return vt::Call(name).scalar("rate", 16000).out("size", 1); };
   c.checks = {vt::bad("rate", 8001, vspStsRangeErr), vt::bad("rate", -8000, vspStsRangeErr)};
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, false, false); };
   return c;
 }
 
@@ -53,6 +130,7 @@ VT_CONTRACT(legacy90vspsToneDetectInit_EC_16s) {
   vt::Contract c;
   c.valid = [=] { return vt::Call(name).bytes("state", 72, 5).scalar("rate", 8000); };
   c.checks = {vt::bad("rate", 44100, vspStsRangeErr)};
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, true, true); };
   return c;
 }
 
@@ -60,6 +138,7 @@ VT_CONTRACT(legacy90vspsToneDetectInit_EC_32f) {
   vt::Contract c;
   c.valid = [=] { return vt::Call(name).bytes("state", 80, 13).scalar("rate", 16000); };
   c.checks = {vt::bad("rate", 32000, vspStsRangeErr)};
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, true, false); };
   return c;
 }
 
@@ -73,6 +152,7 @@ VT_CONTRACT(legacy90vspsToneDetect_EC_16s) {
     else
       tone_with_reversal<Vsp16s>(call, rng, 8000.0, 32767.0);
   };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_detect(call, in, true); };
   return c;
 }
 
@@ -86,5 +166,6 @@ VT_CONTRACT(legacy90vspsToneDetect_EC_32f) {
     else
       tone_with_reversal<Vsp32f>(call, rng, 16000.0, 1.0);
   };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_detect(call, in, false); };
   return c;
 }

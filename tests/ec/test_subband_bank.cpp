@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <random>
 
@@ -251,6 +252,33 @@ TEST(SubbandFold, FixedPointSaturatesAfterEveryTerm) {
   EXPECT_EQ(bins[1].re, 0);
   EXPECT_EQ(bins[0].im, 0);
   EXPECT_EQ(bins[1].im, 0);
+}
+
+// scaleFactor is any int: the extremes scale every non-zero bin or sample to
+// saturation (INT32_MIN) or to zero (INT32_MAX), as +-64 do, without the
+// total shift overflowing.
+TEST(SubbandScaleFactor, ExtremesSaturateOrVanish) {
+  const std::vector<Vsp16s> window(4, 16384);  // 2.0 in Q13
+  const Vsp16s frame[2] = {1000, -3000};       // folded block 2000, -6000
+  struct Case {
+    int sf;
+    Vsp32s bin0, bin1;
+  };
+  for (const Case& c : {Case{INT32_MIN, INT32_MIN, INT32_MAX}, Case{-64, INT32_MIN, INT32_MAX}, Case{INT32_MAX, 0, 0},
+                        Case{0, -4000, 8000}}) {
+    Bank b(true, 1, 2, 4, window.data());
+    Vsp32sc bins[2];
+    b.analyse(frame, bins, c.sf);
+    EXPECT_EQ(bins[0].re, c.bin0) << c.sf;
+    EXPECT_EQ(bins[1].re, c.bin1) << c.sf;
+  }
+  const Vsp32sc bins[2] = {{-4000, 0}, {8000, 0}};
+  for (int sf : {INT32_MIN, INT32_MAX}) {
+    Bank b(true, 1, 2, 4, window.data());
+    Vsp16s out[2];
+    b.synthesise(bins, out, sf);
+    for (Vsp16s v : out) EXPECT_EQ(std::abs(int(v)) >= 32767, sf == INT32_MIN) << sf << ": " << v;
+  }
 }
 
 // The default window on full-scale input: samples with the window's sign

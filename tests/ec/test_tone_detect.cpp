@@ -293,4 +293,53 @@ TEST(ToneDetectorState, InitSetsTheLimitsOfTheRate) {
   EXPECT_EQ(s.coeffs[2], -5455);
 }
 
+// The tone run counts on through a tone (or digital silence after one)
+// however long, and the reversal count through any number of reversals:
+// both stop at INT32_MAX instead of overflowing. The counters are set near
+// the limit in a running state (white box): a tone run past INT32_MAX, then
+// a counted reversal with the count at INT32_MAX, still reported.
+TEST(ToneDetectorState, CountersStopAtInt32Max) {
+  ect::ToneSignal sig;
+  sig.seconds = 0.4;
+  sig.firstReversal = 0.25;
+  const std::vector<double> x = ect::tone_signal(sig);
+  for (bool fixedPoint : {true, false}) {
+    std::vector<uint8_t> block(80);
+    Vsp8u* s = block.data();
+    ASSERT_EQ(fixedPoint ? legacy90vspsToneDetectInit_EC_16s(s, 8000) : legacy90vspsToneDetectInit_EC_32f(s, 8000), 0);
+    std::vector<Vsp16s> x16(x.size());
+    std::vector<Vsp32f> x32(x.size());
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      x16[i] = static_cast<Vsp16s>(std::lround(x[i] * 32767.0));
+      x32[i] = static_cast<Vsp32f>(x[i]);
+    }
+    auto run = [&](std::size_t from, std::size_t to) {
+      int result = -1;
+      const int len = static_cast<int>(to - from);
+      EXPECT_EQ(
+          fixedPoint
+              ? legacy90vspsToneDetect_EC_16s(&x16[from], len, &result, reinterpret_cast<VspsToneDetectState_16s*>(s))
+              : legacy90vspsToneDetect_EC_32f(&x32[from], len, &result, reinterpret_cast<VspsToneDetectState_32f*>(s)),
+          0);
+      return result;
+    };
+    // Offsets of the tone run and the reversal count (tone_layout.h).
+    const std::size_t toneRun = fixedPoint ? 24 : 36, reversals = fixedPoint ? 44 : 56;
+    auto poke = [&](std::size_t offset, int32_t v) { std::memcpy(vsps::ec::align16(s) + offset, &v, sizeof v); };
+    auto peek = [&](std::size_t offset) {
+      int32_t v;
+      std::memcpy(&v, vsps::ec::align16(s) + offset, sizeof v);
+      return v;
+    };
+    run(0, 800);  // 100 ms of tone
+    poke(toneRun, INT32_MAX - 10);
+    run(800, 1000);
+    EXPECT_EQ(peek(toneRun), INT32_MAX) << fixedPoint;
+    poke(toneRun, 2500);  // about 3500 at the reversal (250 ms): between the limits, it counts
+    poke(reversals, INT32_MAX);
+    EXPECT_EQ(run(1000, 2400), 1) << fixedPoint;
+    EXPECT_EQ(peek(reversals), INT32_MAX) << fixedPoint;
+  }
+}
+
 }  // namespace

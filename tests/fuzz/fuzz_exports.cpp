@@ -1,7 +1,8 @@
 // libFuzzer target over every export's contract (see
 // tests/support/fuzz_driver.h for the properties checked).
 //
-//   VSPS_FUZZ_WRITE_SEEDS=<dir> ./vsps_fuzz   writes the golden cases as a seed corpus and exits
+//   VSPS_FUZZ_WRITE_SEEDS=<dir> ./vsps_fuzz   writes the golden cases and every
+//                                             contract's valid call as a seed corpus and exits
 //   ./vsps_fuzz -max_total_time=60 <corpus>    fuzzes
 #include <cstdio>
 #include <cstdlib>
@@ -38,6 +39,16 @@ int write_seeds(const std::filesystem::path& dir) {
         // cases the generic binding cannot express are left out of the corpus
       }
     }
+  }
+  // The valid call of every contract: a seed for each export, golden file
+  // or not.
+  for (std::size_t k = 0; k < targets.size(); ++k) {
+    vt::SeedWriter writer(targets[k]->valid(), static_cast<int64_t>(k));
+    vt::fuzz_one(writer);
+    std::ofstream(dir / (targets[k]->name + "-valid"), std::ios::binary)
+        .write(reinterpret_cast<const char*>(writer.bytes().data()),
+               static_cast<std::streamsize>(writer.bytes().size()));
+    ++written;
   }
   std::printf("%d seeds written to %s\n", written, dir.string().c_str());
   return 0;

@@ -2,13 +2,57 @@
 // interpolation exports.
 #include "tests/g729/g729_test_util.h"
 #include "tests/support/contract.h"
+#include "tests/support/fuzz_hooks.h"
 
 namespace {
+
+namespace fz = vt::fz;
 
 std::vector<Vsp32f> to_float(const std::vector<Vsp32s>& r) {
   std::vector<Vsp32f> f(r.size());
   for (std::size_t k = 0; k < r.size(); ++k) f[k] = static_cast<float>(r[k]) / 1048576.0f;
   return f;
+}
+
+// Fuzz hook of the vector functions with one length (len >= 1), buffers of
+// len elements; `sf` names a scale factor that must be >= 0 (checked first,
+// with `sfStatus`) or is empty.
+bool fuzz_len(vt::Call& call, vt::FuzzInput& in, std::initializer_list<const char*> ins, const char* out,
+              const char* sf = nullptr, int sfStatus = 0) {
+  const int64_t len = fz::pick(in, "len", -2, 5000);
+  const int64_t scale = sf ? fz::pick(in, sf, -2, 40) : 0;
+  const auto n = fz::count(len >= 1 && scale >= 0, len, 4);
+  for (const char* name : ins) call.in(name, n);
+  call.out(out, n).scalar("len", len);
+  if (sf) call.scalar(sf, scale);
+  fz::fill_inputs(call, in);
+  return fz::Expect()
+      .fail_if(fz::nulls(call, in), vspStsNullPtrErr)
+      .fail_if(scale < 0, sfStatus)
+      .fail_if(len < 1, vspStsSizeErr)
+      .to(in);
+}
+
+// Levinson-Durbin: orders 1..maxOrder (0: no upper bound; the hook stops
+// at 1000, the recursion being quadratic), r[0..order], a[0..order],
+// rc[0..order-1]; a fuzzer choice makes r a realistic autocorrelation.
+bool fuzz_levinson(vt::Call& call, vt::FuzzInput& in, int64_t maxOrder) {
+  const int64_t order = fz::pick(in, "order", -2, maxOrder ? maxOrder + 2 : 1000);
+  const bool ok = order >= 1 && (maxOrder == 0 || order <= maxOrder);
+  if (ok && order > 1000) return false;
+  const auto n = fz::count(ok, order + 1);
+  call.in("pSrcAutoCorr", n).scalar("order", order).out("pDstLpc", n).out("pDstRc", fz::count(ok, order));
+  call.out("pResultResidualEnergy", 1);
+  fz::fill_inputs(call, in);
+  if (ok && in.choice("realistic autocorrelation")) {
+    std::mt19937 rng(static_cast<uint32_t>(in.scalar("seed", 0, INT32_MAX)));
+    const auto r = g729t::random_autocorr(rng, static_cast<int>(order));
+    if (maxOrder)
+      g729t::put(call, "pSrcAutoCorr", r);
+    else
+      g729t::put(call, "pSrcAutoCorr", to_float(r));
+  }
+  return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(!ok, vspStsSizeErr).to(in);
 }
 
 }  // namespace
@@ -22,6 +66,11 @@ VT_CONTRACT(legacy90vspsHighPassFilterSize_G729) {
 VT_CONTRACT(legacy90vspsHighPassFilterInit_G729) {
   vt::Contract c;
   c.valid = [=] { return vt::Call(name).in("pCoeff", 6).bytes("pState", 24, 3); };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {  // any coefficients, any alignment
+    call.bytes("pState", 24, fz::misalign(in));
+    fz::fill_inputs(call, in);
+    return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).to(in);
+  };
   return c;
 }
 
@@ -41,6 +90,23 @@ VT_CONTRACT(legacy90vspsHighPassFilter_G729_16s_ISfs) {
     call.randomize_inputs(rng);  // samples, and a random state (history and coefficients)
     call.scalar("scaleFactor", 12 + static_cast<int64_t>(rng() % 2));
   };
+  // The state formatted by Init with fuzzed coefficients, or every byte
+  // fuzzed (all its fields, outputs, inputs and coefficients, take any value).
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    const int64_t len = fz::pick(in, "len", -2, 5000), sf = fz::pick(in, "scaleFactor", 10, 15);
+    const auto n = fz::count(len >= 1 && (sf == 12 || sf == 13), len, 2);
+    call.inout("pSrcDst", n).scalar("len", len).scalar("scaleFactor", sf).bytes("pState", 24, fz::misalign(in));
+    fz::fill_inputs(call, in);
+    Vsp16s coeff[6];
+    in.fill("pCoeff", {reinterpret_cast<uint8_t*>(coeff), sizeof coeff});
+    legacy90vspsHighPassFilterInit_G729(coeff, call.buf<Vsp8u>("pState").data());
+    if (in.choice("corrupt state")) in.fill("pState", call.buf<uint8_t>("pState"));
+    return fz::Expect()
+        .fail_if(fz::nulls(call, in), vspStsNullPtrErr)
+        .fail_if(len < 1, vspStsSizeErr)
+        .fail_if(sf != 12 && sf != 13, vspStsOutOfRangeErr)
+        .to(in);
+  };
   return c;
 }
 
@@ -52,6 +118,16 @@ VT_CONTRACT(legacy90vspsLagWindow_G729_32s_I) {
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);
     call.scalar("len", 1 + static_cast<int64_t>(rng() % 12));
+  };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    const int64_t len = fz::pick(in, "len", -2, 14);
+    call.inout("pSrcDst", fz::count(len >= 1 && len <= 12, len)).scalar("len", len);
+    fz::fill_inputs(call, in);
+    return fz::Expect()
+        .fail_if(fz::nulls(call, in), vspStsNullPtrErr)
+        .fail_if(len < 1, vspStsBadArgErr)
+        .fail_if(len > 12, vspStsSizeErr)
+        .to(in);
   };
   return c;
 }
@@ -81,6 +157,7 @@ VT_CONTRACT(legacy90vspsLevinsonDurbin_G729_32s16s) {
       g729t::put(call, "pSrcAutoCorr", g729t::random_autocorr(rng, order));
     }
   };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_levinson(call, in, 30); };
   return c;
 }
 
@@ -103,6 +180,7 @@ VT_CONTRACT(legacy90vspsLevinsonDurbin_G729_32f) {
     call.scalar("order", order);
     g729t::put(call, "pSrcAutoCorr", to_float(g729t::random_autocorr(rng, order)));
   };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_levinson(call, in, 0); };
   return c;
 }
 
@@ -110,6 +188,7 @@ VT_CONTRACT(legacy90vspsInterpolate_G729_16s) {
   vt::Contract c;
   c.valid = [=] { return vt::Call(name).in("pSrc1", 10).in("pSrc2", 10).out("pDst", 10).scalar("len", 10); };
   c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr)};
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_len(call, in, {"pSrc1", "pSrc2"}, "pDst"); };
   return c;
 }
 
@@ -133,6 +212,11 @@ VT_CONTRACT(legacy90vspsInterpolateC_G729_16s_Sfs) {
     call.scalar("val2", static_cast<int16_t>(rng()));
     call.scalar("scaleFactor", static_cast<int64_t>(rng() % 40));
   };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    call.scalar("val1", in.scalar("val1", INT16_MIN, INT16_MAX))
+        .scalar("val2", in.scalar("val2", INT16_MIN, INT16_MAX));
+    return fuzz_len(call, in, {"pSrc1", "pSrc2"}, "pDst", "scaleFactor", vspStsOutOfRangeErr);
+  };
   return c;
 }
 
@@ -148,6 +232,13 @@ VT_CONTRACT(legacy90vspsInterpolateC_G729_32f) {
         .scalar("len", 10);
   };
   c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr)};
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    float v[2];
+    in.fill("values", {reinterpret_cast<uint8_t*>(v), sizeof v});
+    fz::finite(v, 1e18f);
+    call.scalar_f("val1", v[0]).scalar_f("val2", v[1]);
+    return fuzz_len(call, in, {"pSrc1", "pSrc2"}, "pDst");
+  };
   return c;
 }
 
@@ -167,6 +258,16 @@ VT_CONTRACT(legacy90vspsAutoCorr_NormE_16s32s) {
     }
     call.scalar("lenDst", 1 + static_cast<int64_t>(rng() % 11));
   };
+  // Quadratic in the lengths: len up to 2000.
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    const int64_t len = fz::pick(in, "len", -2, 2000), lenDst = fz::pick(in, "lenDst", -2, 2002);
+    const bool lenOk = len >= 1 && len < (int64_t(1) << 29), ok = lenOk && lenDst >= 1 && lenDst <= len;
+    if (ok && len > 2000) return false;
+    call.in("pSrc", fz::count(lenOk, len)).scalar("len", len).out("pDst", fz::count(ok, lenDst));
+    call.scalar("lenDst", lenDst).out("pNorm", 1);
+    fz::fill_inputs(call, in);
+    return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(!ok, vspStsSizeErr).to(in);
+  };
   return c;
 }
 
@@ -180,6 +281,13 @@ VT_CONTRACT(legacy90vspsAutoCorr_NormE_G729_16s32s) {
     const int shift = static_cast<int>(rng() % 15);
     for (auto& v : s) v = static_cast<Vsp16s>(v >> shift);
     call.scalar("lenDst", 1 + static_cast<int64_t>(rng() % 13));
+  };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    const int64_t lenDst = fz::pick(in, "lenDst", -2, 242);
+    const bool ok = lenDst >= 1 && lenDst <= 240;
+    call.in("pSrc", 240).out("pDst", fz::count(ok, lenDst)).scalar("lenDst", lenDst).out("pNorm", 1);
+    fz::fill_inputs(call, in);
+    return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(!ok, vspStsSizeErr).to(in);
   };
   return c;
 }

@@ -1,6 +1,7 @@
 // Contracts of the G.729 LSP/LSF conversions, quantisers and decoders.
 #include "tests/g729/g729_test_util.h"
 #include "tests/support/contract.h"
+#include "tests/support/fuzz_hooks.h"
 
 namespace {
 
@@ -46,6 +47,15 @@ vt::Contract decode_erased_contract(const char* name, bool isFloat) {
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);
     call.scalar("maIndex", static_cast<int64_t>(rng() % 2));
+  };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    const int64_t ma = vt::fz::pick(in, "maIndex", -2, 3);
+    call.scalar("maIndex", ma);
+    vt::fz::fill_inputs(call, in);
+    return vt::fz::Expect()
+        .fail_if(vt::fz::nulls(call, in), vspStsNullPtrErr)
+        .fail_if(ma != 0 && ma != 1, vspStsBadIndexErr)
+        .to(in);
   };
   return c;
 }
@@ -123,6 +133,17 @@ VT_CONTRACT(legacy90vspsLSFDecode_G729_16s) {
                    static_cast<Vsp16s>(rng() % 32)});
     g729t::put(call, "pSrcDstPrevFreq", random_memory(rng));
   };
+  // Codes from the fuzzer's words or, by choice, near their limits.
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    vt::fz::fill_inputs(call, in);
+    auto q = call.buf<Vsp16s>("pQuantIndex");
+    constexpr int kLimit[4] = {2, 128, 32, 32};
+    if (in.choice("codes near their limits"))
+      for (int k = 0; k < 4; ++k) q[k] = static_cast<Vsp16s>((q[k] & 0x7FFF) % (kLimit[k] + 4) - 2);
+    bool bad = false;
+    for (int k = 0; k < 4; ++k) bad = bad || q[k] < 0 || q[k] >= kLimit[k];
+    return vt::fz::Expect().fail_if(vt::fz::nulls(call, in), vspStsNullPtrErr).fail_if(bad, vspStsBadIndexErr).to(in);
+  };
   return c;
 }
 
@@ -136,6 +157,10 @@ VT_CONTRACT(legacy90vspsLSFDecode_G729_32f) {
   };
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);  // any code words (masked) and memory
+  };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {  // any code words: always a valid call
+    vt::fz::fill_inputs(call, in);
+    return vt::fz::Expect().fail_if(vt::fz::nulls(call, in), vspStsNullPtrErr).to(in);
   };
   return c;
 }

@@ -1,6 +1,7 @@
 // Contracts of the GSM-AMR LP analysis and LSP quantisation exports.
 #include "tests/gsmamr/amr_test_util.h"
 #include "tests/support/contract.h"
+#include "tests/support/fuzz_hooks.h"
 #include "tests/support/fuzz_input.h"
 
 namespace {
@@ -22,14 +23,48 @@ void random_state(vt::Call& call, const char* name, std::mt19937& rng, int sprea
   for (auto& v : call.buf<int16_t>(name)) v = static_cast<int16_t>(static_cast<int>(rng() % (2 * spread + 1)) - spread);
 }
 
+namespace fz = vt::fz;
+
+bool valid_mode(int64_t mode) {
+  return std::find(amrt::kValidModes.begin(), amrt::kValidModes.end(), mode) != amrt::kValidModes.end();
+}
+
 // Fuzz hook of the rate-taking functions: any rate around the accepted set
-// (the valid calls are sized for 12.2 kbit/s, the largest), fuzzed inputs.
-bool fuzz_with_mode(vt::Call& call, vt::FuzzInput& in) {
-  call.scalar("mode", in.scalar("mode", -2, 27));
-  for (const vt::ParamInfo& p : call.fn().params)
-    if (p.isPointer && (call.role(p.name) == vt::Role::In || call.role(p.name) == vt::Role::InOut))
-      in.fill(p.name, call.buf<uint8_t>(p.name));
-  return true;
+// and far outside; each buffer {name, elements at 12.2 kbit/s, elements at
+// the other rates} sized for the chosen rate (one element when the rate is
+// refused), inputs from the fuzzer.
+struct ModeBuffer {
+  const char* name;
+  vt::Role role;
+  int64_t at122, others;
+};
+bool fuzz_with_mode(vt::Call& call, vt::FuzzInput& in, std::initializer_list<ModeBuffer> buffers) {
+  const int64_t mode = fz::pick(in, "mode", -2, 27);
+  const bool ok = valid_mode(mode);
+  call.scalar("mode", mode);
+  for (const ModeBuffer& b : buffers) {
+    const std::size_t n = fz::count(ok, mode == 12 ? b.at122 : b.others);
+    if (b.role == vt::Role::In)
+      call.in(b.name, n);
+    else if (b.role == vt::Role::InOut)
+      call.inout(b.name, n);
+    else
+      call.out(b.name, n);
+  }
+  fz::fill_inputs(call, in);
+  return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(!ok, vspStsRangeErr).to(in);
+}
+
+// Fuzz hook of the one-length vector functions (len >= 1).
+bool fuzz_len(vt::Call& call, vt::FuzzInput& in, std::initializer_list<const char*> ins,
+              std::initializer_list<const char*> outs) {
+  const int64_t len = fz::pick(in, "len", -2, 5000);
+  const auto n = fz::count(len >= 1, len, 2);
+  for (const char* name : ins) call.in(name, n);
+  for (const char* name : outs) call.out(name, n);
+  call.scalar("len", len);
+  fz::fill_inputs(call, in);
+  return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(len < 1, vspStsSizeErr).to(in);
 }
 
 }  // namespace
@@ -42,7 +77,9 @@ VT_CONTRACT(legacy90vspsAutoCorr_GSMAMR_16s32s) {
     put(call, "pSrc", amrt::random_speech(rng, 240));
     call.scalar("mode", amrt::random_mode(rng));
   };
-  c.fuzz = fuzz_with_mode;
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    return fuzz_with_mode(call, in, {{"pSrc", vt::Role::In, 240, 240}, {"pDst", vt::Role::Out, 22, 11}});
+  };
   return c;
 }
 
@@ -110,7 +147,13 @@ VT_CONTRACT(legacy90vspsLSPQuant_GSMAMR_16s) {
     random_state(call, "pPastRq", rng, 1500);
     call.scalar("mode", amrt::random_mode(rng));
   };
-  c.fuzz = fuzz_with_mode;
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    return fuzz_with_mode(call, in,
+                          {{"pSrcLsp", vt::Role::In, 20, 10},
+                           {"pPastRq", vt::Role::InOut, 10, 10},
+                           {"pDstQLsp", vt::Role::Out, 20, 10},
+                           {"pDstIdx", vt::Role::Out, 5, 3}});
+  };
   return c;
 }
 
@@ -143,8 +186,13 @@ VT_CONTRACT(legacy90vspsQuantLSPDecode_GSMAMR_16s) {
     }
   };
   c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    call.scalar("bfi", in.scalar("bfi", -1, 2));
-    return fuzz_with_mode(call, in);
+    call.scalar("bfi", in.choice("any bfi") ? in.scalar("bfi", INT16_MIN, INT16_MAX) : in.scalar("bfi", -1, 2));
+    return fuzz_with_mode(call, in,
+                          {{"pIdx", vt::Role::In, 5, 3},
+                           {"pPastRq", vt::Role::InOut, 10, 10},
+                           {"pPastLsfQ", vt::Role::InOut, 10, 10},
+                           {"pLsp", vt::Role::InOut, 10, 10},
+                           {"pDstLspSubfr", vt::Role::Out, 40, 40}});
   };
   return c;
 }
@@ -154,6 +202,7 @@ VT_CONTRACT(legacy90vspsInterpolate_GSMAMR_16s) {
   c.valid = [=] { return vt::Call(name).in("pSrcCur", 10).in("pSrcPrev", 10).out("pDst", 10).scalar("len", 10); };
   c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr),
               vt::bad("len", INT32_MIN, vspStsSizeErr)};
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_len(call, in, {"pSrcCur", "pSrcPrev"}, {"pDst"}); };
   return c;
 }
 
@@ -166,6 +215,10 @@ VT_CONTRACT(legacy90vspsPreemphasize_GSMAMR_16s) {
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);
     call.scalar("gamma", static_cast<int16_t>(rng()));
+  };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
+    call.scalar("gamma", in.scalar("gamma", INT16_MIN, INT16_MAX)).inout("pMem", 1);
+    return fuzz_len(call, in, {"pSrc"}, {"pDst"});
   };
   return c;
 }

@@ -5,6 +5,7 @@
 // that golden cases become seed inputs.
 #pragma once
 
+#include <climits>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -13,6 +14,10 @@
 #include "tests/support/call.h"
 
 namespace vt {
+
+// Thrown by a fuzz hook (or its helpers) to skip an input, e.g. one whose
+// buffers would be too large to fuzz.
+struct FuzzSkip {};
 
 class FuzzInput {
  public:
@@ -23,6 +28,22 @@ class FuzzInput {
   virtual void fill(std::string_view param, std::span<uint8_t> mem) = 0;
   // A yes/no decision (apply an extra check, corrupt a state field, ...).
   virtual bool choice(std::string_view what) = 0;
+
+  // Set by a fuzz hook that knows the status its chosen call must return:
+  // an error status, or kAnyValid (one of the contract's valid statuses).
+  // mayWrite: the documented failure writes part of its outputs (the
+  // "nothing written" property is then not checked).
+  static constexpr int kUnknown = INT_MIN, kAnyValid = INT_MIN + 1;
+  void expect(int status, bool mayWrite = false) {
+    expected_ = status;
+    mayWrite_ = mayWrite;
+  }
+  int expected() const { return expected_; }
+  bool may_write() const { return mayWrite_; }
+
+ private:
+  int expected_ = kUnknown;
+  bool mayWrite_ = false;
 };
 
 // Decodes fuzzer bytes: a scalar takes 4 bytes (8 when its range is wider
