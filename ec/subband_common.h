@@ -40,6 +40,9 @@ inline VspStatus subband_init_checks(const void* state, int order, int frameSize
   if (*useDefault &&
       !((order == 5 && frameSize == 24 && windowLen == 128) || (order == 6 && frameSize == 44 && windowLen == 256)))
     return vspStsBadArgErr;
+  // No transform tables beyond the transform's range: no size function gave
+  // the caller a block for such an order, so nothing is written.
+  if (order > vsps::ec::kMaxOrder) return vspStsErr;
   return vspStsNoErr;
 }
 

@@ -609,7 +609,8 @@ VSPS_FN(VspStatus, legacy90vspsSubbandProcessGetSize_32f, (int order, int window
  * Checks in order: order < 1, frameSize < 1, frameSize > 2^order or
  * windowLen < 1: vspStsBadArgErr; state null: vspStsNullPtrErr; windowLen not
  * a multiple of 2^order: vspStsBadArgErr; null window with another
- * configuration: vspStsBadArgErr; then the tables: order above 13, or a null
+ * configuration: vspStsBadArgErr; order above 13 (the transform's range, for
+ * which no block size exists): vspStsErr with nothing written; a null
  * initBuffer from order 5 on: vspStsErr, returned after the window has been
  * copied into the block (the rest of the block is not written). The init
  * buffer is not checked otherwise and is only needed during this call. */

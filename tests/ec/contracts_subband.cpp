@@ -49,14 +49,16 @@ vt::Call init_call(const char* name, bool fixedPoint) {
 }
 
 std::vector<vt::Check> init_checks() {
-  return {vt::bad("order", 0, vspStsBadArgErr),
-          vt::bad("frameSize", 0, vspStsBadArgErr),
-          vt::bad("frameSize", 33, vspStsBadArgErr),
-          vt::bad("windowLen", 0, vspStsBadArgErr),
-          vt::null_check("state"),
-          vt::bad("windowLen", 100, vspStsBadArgErr),
-          vt::custom(
-              "built-in window for (5, 24, 96)", {"window"}, [](vt::Call& c) { c.null("window"); }, vspStsBadArgErr)};
+  return {
+      vt::bad("order", 0, vspStsBadArgErr), vt::bad("frameSize", 0, vspStsBadArgErr),
+      vt::bad("frameSize", 33, vspStsBadArgErr), vt::bad("windowLen", 0, vspStsBadArgErr), vt::null_check("state"),
+      vt::bad("windowLen", 100, vspStsBadArgErr),
+      vt::custom(
+          "built-in window for (5, 24, 96)", {"window"}, [](vt::Call& c) { c.null("window"); }, vspStsBadArgErr),
+      // Beyond the transform's range: refused before the window is copied.
+      vt::custom(
+          "order 14", {"order", "frameSize", "windowLen"},
+          [](vt::Call& c) { c.scalar("order", 14).scalar("frameSize", 24).scalar("windowLen", 16384); }, vspStsErr)};
 }
 
 // A working call on a formatted state (built-in window of (5, 24, 128) or
@@ -125,17 +127,17 @@ bool fuzz_init(vt::Call& call, vt::FuzzInput& in, bool fixedPoint) {
   if (order >= 1 && order <= 13 && in.choice("multiple of 2^order")) len = (len % 16 + 1) * n;
   const bool argsOk = order >= 1 && frameSize >= 1 && frameSize <= n && len >= 1;
   const bool lenOk = argsOk && len % n == 0;
-  if (lenOk && order > 13) return false;  // refused after the window copy into a block of no stated size
   const bool builtIn = in.choice("built-in window");
   const bool builtInOk = (order == 5 && frameSize == 24 && len == 128) || (order == 6 && frameSize == 44 && len == 256);
   const bool noInit = in.choice("no init buffer");
-  const ect::DocumentedSizes sz = lenOk ? ect::documented_sizes(fixedPoint, order, len) : ect::DocumentedSizes{1, 1, 1};
+  const bool sized = lenOk && order <= 13;  // a block size exists
+  const ect::DocumentedSizes sz = sized ? ect::documented_sizes(fixedPoint, order, len) : ect::DocumentedSizes{1, 1, 1};
   if (sz.state > fz::kMaxBytes) return false;
   call.scalar("order", order).scalar("frameSize", frameSize).scalar("windowLen", len);
   call.bytes("state", static_cast<std::size_t>(sz.state), fz::misalign(in));
-  if (lenOk) call.self_pointers("state", ect::subband_self_pointers(fixedPoint));
+  if (sized) call.self_pointers("state", ect::subband_self_pointers(fixedPoint));
   call.bytes("initBuffer", static_cast<std::size_t>(std::max<int64_t>(sz.init, 1)), 3);
-  call.in("window", static_cast<std::size_t>(lenOk ? len : 1));
+  call.in("window", static_cast<std::size_t>(sized ? len : 1));
   fz::fill_inputs(call, in);
   if (builtIn) call.null("window");
   if (noInit) call.null("initBuffer");
@@ -144,8 +146,10 @@ bool fuzz_init(vt::Call& call, vt::FuzzInput& in, bool fixedPoint) {
                            .fail_if(!argsOk, vspStsBadArgErr)
                            .fail_if(stateNull, vspStsNullPtrErr)
                            .fail_if(!lenOk || (builtIn && !builtInOk), vspStsBadArgErr)
+                           .fail_if(order > 13, vspStsErr)
                            .fail_if(noInit && order >= 5, vspStsErr);
-  return e.to(in, e.status() == vspStsErr);
+  // Only the missing init buffer leaves the window copied.
+  return e.to(in, e.status() == vspStsErr && order <= 13);
 }
 
 // Analysis and synthesis on a state formatted by Init (any working
