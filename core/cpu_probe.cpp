@@ -5,7 +5,7 @@
 #include <cstring>
 
 #ifndef VSPS_TUNED_VENDOR
-#define VSPS_TUNED_VENDOR "GenuineIntel"
+#define VSPS_TUNED_VENDOR "AuthenticAMD"
 #endif
 
 namespace vsps::cpu {

@@ -87,7 +87,8 @@ TEST(CpuLevel, GoldenCases) {
 }
 
 // A processor described by feature bits of leaf 1 ECX / leaf 7 EBX.
-TableCpuid processor(uint32_t ecx1, uint32_t ebx7 = 0, uint64_t xcr0 = 0x7, const char* vendor = "GenuineIntel") {
+TableCpuid processor(uint32_t ecx1, uint32_t ebx7 = 0, uint64_t xcr0 = 0x7,
+                     const char* vendor = vsps::cpu::tuned_vendor()) {
   TableCpuid t;
   CpuidRegs l0{13, 0, 0, 0};
   std::memcpy(&l0.ebx, vendor, 4);
@@ -148,7 +149,7 @@ TEST(CpuLevel, NoCpuidGivesLevelZeroAndWarning36) {
 }
 
 TEST(CpuLevel, ForeignVendorWarns20AndKeepsTheLevel) {
-  const TableCpuid amd = processor(kSse3 | kSsse3, 0, 0x7, "AuthenticAMD");
+  const TableCpuid amd = processor(kSse3 | kSsse3, 0, 0x7, "OtherVendor!");
   const vsps::cpu::InitOutcome o = vsps::cpu::decide(amd, ~uint64_t(0));
   EXPECT_EQ(o.status, vspStsForeignCpu);
   EXPECT_EQ(o.choice.level, 2);
