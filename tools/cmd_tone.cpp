@@ -1,0 +1,51 @@
+// "vsps tone FILE.wav": times at which the 2100 Hz answer tone with phase
+// reversals is detected, grouped into events.
+#include "tools/commands.h"
+#include "tools/progress.h"
+#include "tools/tone_scan.h"
+#include "tools/wav_io.h"
+
+namespace vsps::tool {
+
+int cmd_tone(const Args& args, FILE* out, FILE* err) {
+  Options opt;
+  if (!parse_options(args, {}, &opt, err)) return 2;
+  if (opt.positional.size() != 1) {
+    std::fprintf(err, "vsps: tone needs one input file\n");
+    return 2;
+  }
+  WavAudio wav;
+  std::string error;
+  if (!read_wav(opt.positional[0], &wav, &error)) {
+    std::fprintf(err, "vsps: %s\n", error.c_str());
+    return 1;
+  }
+  if (wav.rate != 8000 && wav.rate != 16000) {
+    std::fprintf(err, "vsps: %s: sampling rate %d Hz; the tone detector runs at 8000 or 16000 Hz\n",
+                 opt.positional[0].c_str(), wav.rate);
+    return 1;
+  }
+  std::vector<double> times;
+  {
+    Progress progress(err, "tone", wav.samples.size(), wav.rate);
+    if (!scan_for_tone(wav.samples, wav.rate, &times, [&](std::size_t done) { progress.update(done); })) {
+      std::fprintf(err, "vsps: library error in the tone detector\n");
+      return 1;
+    }
+  }
+  // Detections less than 1 s apart belong to one tone (one per phase reversal).
+  std::size_t events = 0;
+  for (std::size_t i = 0; i < times.size();) {
+    std::size_t j = i;
+    while (j + 1 < times.size() && times[j + 1] - times[j] < 1.0) ++j;
+    std::fprintf(out, "tone %zu: 2100 Hz with phase reversals, detected at %.2f s", ++events, times[i]);
+    if (j > i) std::fprintf(out, ", again at each of %zu later reversals until %.2f s", j - i, times[j]);
+    std::fprintf(out, "\n");
+    i = j + 1;
+  }
+  std::fprintf(out, "%zu tone%s in %.2f s of audio at %d Hz\n", events, events == 1 ? "" : "s",
+               static_cast<double>(wav.samples.size()) / wav.rate, wav.rate);
+  return 0;
+}
+
+}  // namespace vsps::tool
