@@ -98,7 +98,7 @@ static int run_mode(int mode, const char* name, int* mismatches) {
 
   for (n = 0; n < FRAMES; ++n) {
     Vsp16s frame[FRAME], qLsp[2 * ORDER], idx[5] = {0}, subframes[4 * ORDER], a[ORDER + 1];
-    const Vsp16s* sent; /* the encoder's LSPs of the frame's last subframe */
+    const Vsp16s* sent; /* the encoder's quantised LSPs of the frame's last subframe */
     const Vsp16s bfi = (Vsp16s)(n % LOST_EVERY == LOST_EVERY - 1);
     const int recovering = n % LOST_EVERY == 0 && n > 0; /* first good frame after a loss */
     int s, maxDiff = 0;
@@ -117,8 +117,10 @@ static int run_mode(int mode, const char* name, int* mismatches) {
       if (failed(legacy90vspsLSPToLPC_GSMAMR_16s(subframes + ORDER * s, a), "LSPToLPC")) return 1;
 
     for (i = 0; i < ORDER; ++i) {
-      const int d = abs(dec.lsp[i] - sent[i]);
+      /* the frame's last LSPs and, at 12.2 kbit/s, the subframe-2 vector */
+      const int d = abs(dec.lsp[i] - sent[i]), d2 = mr122 ? abs(subframes[ORDER + i] - qLsp[i]) : 0;
       if (d > maxDiff) maxDiff = d;
+      if (d2 > maxDiff) maxDiff = d2;
     }
     /* A good frame decodes exactly, except the first one after a loss: the
      * concealment left a different residual memory for its prediction. */
