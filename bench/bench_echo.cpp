@@ -1,7 +1,7 @@
 // Echo cancellers and tone detectors end to end, ours beside the peers
 // found by pkg-config (speexdsp's echo canceller, SpanDSP's echo canceller
 // and modem connect-tones detector; optional, benchmarks only), on one echo
-// scenario: 8 s of the speech-like far end of examples/echo_scenario.h
+// scenario: 8 s of the speech-like far end of tools/echo/echo_scenario.h
 // through the G.168 hybrid model D2 (6 dB echo return loss) plus near-end
 // noise 45 dB below the far end. Each canceller's quality is reported as
 // the counter erle_db: 10 log10 of the near-end power over the output power
@@ -14,9 +14,9 @@
 #include <cmath>
 #include <vector>
 
-#include "examples/echo_scenario.h"
-#include "examples/g168_models.h"
-#include "examples/subband_echo_canceller.h"
+#include "tools/echo/echo_scenario.h"
+#include "tools/echo/g168_models.h"
+#include "tools/echo/subband_echo_canceller.h"
 #include "tools/speech_signal.h"
 #include "vsps.h"
 

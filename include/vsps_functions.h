@@ -559,7 +559,7 @@ VSPS_FN(VspStatus, legacy90vspsPreemphasize_GSMAMR_16s, (Vsp16s gamma, const Vsp
  * twins (tested). Their sub-band aliasing at these hops also bounds a
  * per-band echo canceller (about 17-25 dB of echo-return-loss enhancement
  * on the G.168 hybrids); a caller's prototype at hop N/2 reaches 27-40 dB
- * (examples/subband_echo_canceller.cpp).
+ * (examples/subband_echo_canceller.c; tools/echo/ on all eight).
  *
  * The real transform: orders 1..13 (N = 2..8192; order 13 gives 4097
  * sub-bands, the sub-band filters' limit); forward unscaled, inverse

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "echo_scenario.h"
 #include "tools/commands.h"
+#include "tools/echo/echo_scenario.h"
 #include "tools/progress.h"
 #include "tools/wav_io.h"
 

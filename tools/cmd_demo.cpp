@@ -4,8 +4,8 @@
 #include <cmath>
 #include <filesystem>
 
-#include "echo_scenario.h"
 #include "tools/commands.h"
+#include "tools/echo/echo_scenario.h"
 #include "tools/lp_frontend.h"
 #include "tools/speech_signal.h"
 #include "tools/svg_plot.h"

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Writes examples/g168_models.h from the G.168 Annex D tables: the eight
+"""Writes tools/echo/g168_models.h from the G.168 Annex D tables: the eight
 hybrid echo-path models (integer impulse responses at 8 kHz with their
 gains) and the composite-source-signal fragments.
-Usage: tools/gen_g168_models.py <folder of the g168 tables> > examples/g168_models.h"""
+Usage: tools/gen_g168_models.py <folder of the g168 tables> > tools/echo/g168_models.h"""
 import os
 import sys
 

@@ -1,11 +1,11 @@
-// The sub-band echo canceller of examples/ (analysis, per-band adaptive
+// The sub-band echo canceller of tools/echo/ (analysis, per-band adaptive
 // filter, normalised LMS update, synthesis) on the eight G.168 hybrid
 // echo-path models: steady-state ERLE and time to 20 dB.
 #include <gtest/gtest.h>
 
 #include <cstdio>
 
-#include "examples/echo_scenario.h"
+#include "tools/echo/echo_scenario.h"
 
 namespace {
 
