@@ -1,5 +1,6 @@
-/*
- * vsps.h - speech-coding primitives: the public interface.
+/**
+ * \file vsps.h
+ * \brief Speech-coding primitives: the public interface.
  *
  * The library holds the numerical building blocks of ITU-T and 3GPP speech
  * codecs (G.729 family, GSM-AMR) and an echo-cancellation toolkit. The caller
@@ -45,6 +46,13 @@
 /* ---- Linkage and calling convention ------------------------------------ */
 /* Windows: define VSPS_STATIC when linking the static library; otherwise the
  * declarations import from the DLL. VSPS_BUILDING is set while building. */
+/** \def VSPS_CALL
+ * The calling convention of every export: __cdecl on Windows, the platform's
+ * default elsewhere. */
+/** \def VSPS_API
+ * The linkage of every export: imported from the DLL on Windows unless
+ * VSPS_STATIC is defined (static library), exported while the library is
+ * built (VSPS_BUILDING), nothing otherwise. */
 #if defined(_WIN32) || defined(__CYGWIN__)
 #define VSPS_CALL __cdecl
 #if defined(VSPS_BUILDING)
@@ -68,77 +76,95 @@ extern "C" {
 #endif
 
 /* ---- Element types ------------------------------------------------------ */
-typedef uint8_t Vsp8u;   /* unsigned 8-bit: code words, bytes, state blocks */
-typedef int16_t Vsp16s;  /* signed 16-bit: fixed-point samples, parameters */
-typedef int32_t Vsp32s;  /* signed 32-bit: accumulators, energies */
-typedef uint32_t Vsp32u; /* unsigned 32-bit: packed code words */
-typedef float Vsp32f;    /* IEEE-754 single precision */
-typedef double Vsp64f;   /* IEEE-754 double precision */
+typedef uint8_t Vsp8u;   /**< unsigned 8-bit: code words, bytes, state blocks */
+typedef int16_t Vsp16s;  /**< signed 16-bit: fixed-point samples, parameters */
+typedef int32_t Vsp32s;  /**< signed 32-bit: accumulators, energies */
+typedef uint32_t Vsp32u; /**< unsigned 32-bit: packed code words */
+typedef float Vsp32f;    /**< IEEE-754 single precision */
+typedef double Vsp64f;   /**< IEEE-754 double precision */
+/** A complex single-precision value, real part first. */
 typedef struct Vsp32fc {
-  Vsp32f re;
-  Vsp32f im;
-} Vsp32fc; /* complex single precision, real part first */
+  Vsp32f re; /**< real part */
+  Vsp32f im; /**< imaginary part */
+} Vsp32fc;
+/** A complex 32-bit integer value, real part first. */
 typedef struct Vsp32sc {
-  Vsp32s re;
-  Vsp32s im;
-} Vsp32sc; /* complex 32-bit integer, real part first */
+  Vsp32s re; /**< real part */
+  Vsp32s im; /**< imaginary part */
+} Vsp32sc;
 
 /* ---- Status codes -------------------------------------------------------- */
+/** The result of every function: 0 success, negative error (nothing was
+ * written), positive warning (see VspStatusCode). */
 typedef int32_t VspStatus;
 
+/** The status values: errors are negative, warnings positive. A function
+ * reports the first failing check; its notes list the codes it can return. */
 enum VspStatusCode {
-  vspStsNoErr = 0,
+  vspStsNoErr = 0, /**< success */
   /* errors */
-  vspStsErr = -2,            /* an internal set-up step failed */
-  vspStsBadArgErr = -5,      /* an argument value the operation refuses */
-  vspStsSizeErr = -6,        /* a length, order or count out of its limits */
-  vspStsRangeErr = -7,       /* a value outside its permitted set or range */
-  vspStsNullPtrErr = -8,     /* a pointer argument is null */
-  vspStsBadIndexErr = -11,   /* a received index or switch outside its table */
-  vspStsLSFRangeErr = -12,   /* an input LSF is negative */
-  vspStsOutOfRangeErr = -13, /* an integer control argument outside its range */
-  vspStsFIRLenErr = -119,    /* a sub-band filter length outside 1..4097 */
+  vspStsErr = -2,            /**< an internal set-up step failed */
+  vspStsBadArgErr = -5,      /**< an argument value the operation refuses */
+  vspStsSizeErr = -6,        /**< a length, order or count out of its limits */
+  vspStsRangeErr = -7,       /**< a value outside its permitted set or range */
+  vspStsNullPtrErr = -8,     /**< a pointer argument is null */
+  vspStsBadIndexErr = -11,   /**< a received index or switch outside its table */
+  vspStsLSFRangeErr = -12,   /**< an input LSF is negative */
+  vspStsOutOfRangeErr = -13, /**< an integer control argument outside its range */
+  vspStsFIRLenErr = -119,    /**< a sub-band filter length outside 1..4097 */
   /* warnings */
-  vspStsLPCUnstable = 12,    /* Levinson-Durbin stopped; outputs not written */
-  vspStsLsfLowClamped = 13,  /* decoded LSF clamped at the low limit */
-  vspStsLsfHighClamped = 14, /* decoded LSF clamped at the high limit */
-  vspStsLsfBothClamped = 15, /* decoded LSF clamped at both limits */
-  vspStsForeignCpu = 20,     /* processor vendor differs from the tuned one */
-  vspStsNoCpuFeatures = 36   /* processor identification unavailable */
+  vspStsLPCUnstable = 12,    /**< Levinson-Durbin stopped; outputs not written */
+  vspStsLsfLowClamped = 13,  /**< decoded LSF clamped at the low limit */
+  vspStsLsfHighClamped = 14, /**< decoded LSF clamped at the high limit */
+  vspStsLsfBothClamped = 15, /**< decoded LSF clamped at both limits */
+  vspStsForeignCpu = 20,     /**< processor vendor differs from the tuned one */
+  vspStsNoCpuFeatures = 36   /**< processor identification unavailable */
 };
 
 /* ---- Version record ------------------------------------------------------ */
+/** The version record of a processor level, returned by
+ * legacy90vspscGetLibVersion; static, never written by the caller. */
 typedef struct VspLibraryVersion {
-  int32_t major;         /* 9 */
-  int32_t minor;         /* 0 */
-  int32_t majorBuild;    /* 0 */
-  int32_t build;         /* -1 */
-  char targetCpu[4];     /* level code, zero-padded: "mx" .. "l9" */
-  const char* Name;      /* e.g. "vspSC AVX2 (l9)" */
-  const char* Version;   /* "9.0 Legacy (r48491) (-)" */
-  const char* BuildDate; /* "Oct 15 2015" */
+  int32_t major;         /**< major version: 9 */
+  int32_t minor;         /**< minor version: 0 */
+  int32_t majorBuild;    /**< major build number: 0 */
+  int32_t build;         /**< build number: -1 */
+  char targetCpu[4];     /**< level code, zero-padded: "mx" .. "l9" */
+  const char* Name;      /**< library and level name, e.g. "vspSC AVX2 (l9)" */
+  const char* Version;   /**< version string: "9.0 Legacy (r48491) (-)" */
+  const char* BuildDate; /**< build date: "Oct 15 2015" */
 } VspLibraryVersion;
 
 /* ---- Rate selector of the GSM-AMR primitives ------------------------------ */
+/** The GSM-AMR rate (the `mode` argument of the GSM-AMR functions); any other
+ * value gives vspStsRangeErr. */
 typedef enum VspSpeechBitRate {
-  vspRate4750 = 0,   /* 4.75 kbit/s */
-  vspRate5150 = 1,   /* 5.15 kbit/s */
-  vspRate5900 = 3,   /* 5.90 kbit/s */
-  vspRate6700 = 6,   /* 6.70 kbit/s */
-  vspRate7400 = 7,   /* 7.40 kbit/s */
-  vspRate7950 = 8,   /* 7.95 kbit/s */
-  vspRate10200 = 11, /* 10.2 kbit/s */
-  vspRate12200 = 12, /* 12.2 kbit/s */
-  vspRateDTX = 25    /* comfort-noise (SID) frames */
+  vspRate4750 = 0,   /**< 4.75 kbit/s */
+  vspRate5150 = 1,   /**< 5.15 kbit/s */
+  vspRate5900 = 3,   /**< 5.90 kbit/s */
+  vspRate6700 = 6,   /**< 6.70 kbit/s */
+  vspRate7400 = 7,   /**< 7.40 kbit/s */
+  vspRate7950 = 8,   /**< 7.95 kbit/s */
+  vspRate10200 = 11, /**< 10.2 kbit/s */
+  vspRate12200 = 12, /**< 12.2 kbit/s */
+  vspRateDTX = 25    /**< comfort-noise (SID) frames */
 } VspSpeechBitRate;
 
 /* ---- State blocks -------------------------------------------------------- */
 /* Opaque: the caller allocates the number of bytes the tool's GetSize /
  * GetStateSize function reports and the tool's Init formats it. Blocks are
  * accepted at any alignment. */
+/** State of a fixed-point sub-band filter bank (one analysed or synthesised
+ * signal); formatted by legacy90vspsSubbandProcessInit_16s, not movable. */
 typedef struct VspsSubbandProcessState_16s VspsSubbandProcessState_16s;
+/** State of a float sub-band filter bank (one analysed or synthesised
+ * signal); formatted by legacy90vspsSubbandProcessInit_32f, not movable. */
 typedef struct VspsSubbandProcessState_32f VspsSubbandProcessState_32f;
+/** State of a fixed-point 2100 Hz tone detector (72 bytes); formatted by
+ * legacy90vspsToneDetectInit_EC_16s. */
 typedef struct VspsToneDetectState_16s VspsToneDetectState_16s;
+/** State of a float 2100 Hz tone detector (80 bytes); formatted by
+ * legacy90vspsToneDetectInit_EC_32f. */
 typedef struct VspsToneDetectState_32f VspsToneDetectState_32f;
 
 /* ---- Functions ----------------------------------------------------------- */
