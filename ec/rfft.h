@@ -21,6 +21,7 @@
 #include <cstdint>
 
 #include "core/level_ns.h"
+#include "ec/rfft_32f_simd.h"
 #include "ec/subband_layout.h"
 
 namespace vsps::VSPS_NS::ec {
@@ -77,6 +78,12 @@ inline void bit_reverse_pairs(T* a, const uint16_t* rev, int m) {
 // twiddles. Output in natural order, unscaled.
 template <bool kInverse>
 inline void cfft_32f(Vsp32fc* a, const Vsp32fc* stage, int m) {
+#if defined(VSPS_EC_RFFT32F_VECTOR)
+  if (m >= 4) {
+    cfft_32f_vector<kInverse>(a, stage, m);
+    return;
+  }
+#endif
   if (m >= 2)  // half-size 1: twiddle 1
     for (int b = 0; b < m; b += 2) {
       const Vsp32fc x = a[b], y = a[b + 1];
@@ -110,7 +117,12 @@ inline void pack_forward_32f(const Vsp32fc* z, const Rfft32f& f, Vsp32fc* dst) {
   dst[0] = {z[0].re + z[0].im, 0.0f};
   dst[m] = {z[0].re - z[0].im, 0.0f};
   if (m < 2) return;
-  for (int k = 1; k < m / 2; ++k) {
+  int k = 1;
+#if defined(VSPS_EC_RFFT32F_VECTOR)
+  if (same_or_apart(z, dst, sizeof(Vsp32fc) * (static_cast<std::size_t>(m) + 1)))
+    k = pack_forward_32f_vector(z, f.pack, m, dst);
+#endif
+  for (; k < m / 2; ++k) {
     const Vsp32fc a = z[k], c = z[m - k];  // B = conj(c)
     const float er = (a.re + c.re) * 0.5f, ei = (a.im - c.im) * 0.5f;
     const float orr = (a.im + c.im) * 0.5f, oi = (c.re - a.re) * 0.5f;  // (A - B) / 2i
@@ -130,7 +142,12 @@ inline void unpack_inverse_32f(const Vsp32fc* src, const Rfft32f& f, Vsp32fc* a)
   const uint16_t* rev = f.rev;
   a[0] = {src[0].re + src[m].re, src[0].re - src[m].re};  // rev[0] = 0
   if (m < 2) return;
-  for (int k = 1; k < m / 2; ++k) {
+  int k = 1;
+#if defined(VSPS_EC_RFFT32F_VECTOR)
+  if (apart(src, sizeof(Vsp32fc) * (static_cast<std::size_t>(m) + 1), a, sizeof(Vsp32fc) * static_cast<std::size_t>(m)))
+    k = unpack_inverse_32f_vector(src, f.pack, rev, m, a);
+#endif
+  for (; k < m / 2; ++k) {
     const Vsp32fc x = src[k], c = src[m - k];  // B = conj(c)
     const float er = x.re + c.re, ei = x.im - c.im;
     const float dr = x.re - c.re, di = x.im + c.im;
