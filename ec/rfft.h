@@ -19,6 +19,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "core/level_ns.h"
 #include "ec/rfft_32f_simd.h"
@@ -73,6 +74,21 @@ inline void bit_reverse_pairs(T* a, const uint16_t* rev, int m) {
 }
 
 // ---- single precision --------------------------------------------------------
+
+// bit_reverse_pairs for complex floats, each pair moved as one 64-bit value.
+inline void bit_reverse_32fc(Vsp32fc* a, const uint16_t* rev, int m) {
+  static_assert(sizeof(Vsp32fc) == sizeof(uint64_t));
+  for (int i = 0; i < m; ++i) {
+    const int r = rev[i];
+    if (r > i) {
+      uint64_t x, y;
+      std::memcpy(&x, a + i, 8);
+      std::memcpy(&y, a + r, 8);
+      std::memcpy(a + i, &y, 8);
+      std::memcpy(a + r, &x, 8);
+    }
+  }
+}
 
 // In-place radix-2 DIT on bit-reversed input; kInverse uses conjugate
 // twiddles. Output in natural order, unscaled.
