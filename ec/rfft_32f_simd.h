@@ -64,6 +64,15 @@ inline __m256 twiddles4(const Vsp32fc* w) {
 }
 #endif
 
+// The complex values at p and q in one register. The first stages read
+// their input in 8-byte pieces: the bit reversal and the unpacking before
+// them store 8-byte pieces, and a wider load over narrower stores waits for
+// them to retire instead of taking their data.
+inline __m128 pair_of(const float* p, const float* q) {
+  return _mm_loadh_pi(_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(p))),
+                      reinterpret_cast<const __m64*>(q));
+}
+
 // The radix-2 stages of cfft_32f for m >= 4 (a power of two): the stages of
 // half-size 1 and 2 together on each block of four points (in registers),
 // then the stages of half-size 4 and more across j.
@@ -78,9 +87,8 @@ inline void cfft_32f_vector(Vsp32fc* a, const Vsp32fc* stage, int m) {
   // stores (a 32-byte load over two 16-byte stores waits for them).
   const __m256 w2x2 = _mm256_set_m128(w2, w2);
   for (; b0 + 16 <= 2 * m; b0 += 16) {
-    const __m256 v0 = _mm256_loadu_ps(p + b0), v1 = _mm256_loadu_ps(p + b0 + 8);
-    const __m256 lo0 = _mm256_permute2f128_ps(v0, v1, 0x20), hi0 = _mm256_permute2f128_ps(v0, v1, 0x31);
-    const __m256 x = _mm256_shuffle_ps(lo0, hi0, 0x44), y = _mm256_shuffle_ps(lo0, hi0, 0xEE);
+    const __m256 x = _mm256_set_m128(pair_of(p + b0 + 8, p + b0 + 12), pair_of(p + b0, p + b0 + 4));
+    const __m256 y = _mm256_set_m128(pair_of(p + b0 + 10, p + b0 + 14), pair_of(p + b0 + 2, p + b0 + 6));
     const __m256 s = _mm256_add_ps(x, y), d = _mm256_sub_ps(x, y);
     const __m256 lo = _mm256_shuffle_ps(s, d, 0x44), hi = _mm256_shuffle_ps(s, d, 0xEE);
     const __m256 t = cmul4(hi, w2x2);
@@ -90,8 +98,7 @@ inline void cfft_32f_vector(Vsp32fc* a, const Vsp32fc* stage, int m) {
   }
 #endif
   for (int b = b0; b < 2 * m; b += 8) {
-    const __m128 v0 = _mm_loadu_ps(p + b), v1 = _mm_loadu_ps(p + b + 4);
-    const __m128 x = _mm_movelh_ps(v0, v1), y = _mm_movehl_ps(v1, v0);  // (a0, a2), (a1, a3)
+    const __m128 x = pair_of(p + b, p + b + 4), y = pair_of(p + b + 2, p + b + 6);  // (a0, a2), (a1, a3)
     const __m128 s = _mm_add_ps(x, y), d = _mm_sub_ps(x, y);
     const __m128 lo = _mm_movelh_ps(s, d), hi = _mm_movehl_ps(d, s);  // (a0', a1'), (a2', a3')
     const __m128 t = cmul2(hi, w2);
