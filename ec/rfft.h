@@ -135,7 +135,9 @@ inline void pack_forward_32f(const Vsp32fc* z, const Rfft32f& f, Vsp32fc* dst) {
   if (m < 2) return;
   int k = 1;
 #if defined(VSPS_EC_RFFT32F_VECTOR)
-  if (same_or_apart(z, dst, sizeof(Vsp32fc) * (static_cast<std::size_t>(m) + 1)))
+  // Pairs are read before they are written, as in the scalar loop: the same
+  // block or apart (a partial overlap takes the scalar loop).
+  if (simd::same_or_disjoint(z, dst, sizeof(Vsp32fc) * (static_cast<std::size_t>(m) + 1)))
     k = pack_forward_32f_vector(z, f.pack, m, dst);
 #endif
   for (; k < m / 2; ++k) {
@@ -160,7 +162,9 @@ inline void unpack_inverse_32f(const Vsp32fc* src, const Rfft32f& f, Vsp32fc* a)
   if (m < 2) return;
   int k = 1;
 #if defined(VSPS_EC_RFFT32F_VECTOR)
-  if (apart(src, sizeof(Vsp32fc) * (static_cast<std::size_t>(m) + 1), a, sizeof(Vsp32fc) * static_cast<std::size_t>(m)))
+  // The writes are scattered: only apart from the source.
+  if (simd::disjoint(src, sizeof(Vsp32fc) * (static_cast<std::size_t>(m) + 1), a,
+                     sizeof(Vsp32fc) * static_cast<std::size_t>(m)))
     k = unpack_inverse_32f_vector(src, f.pack, rev, m, a);
 #endif
   for (; k < m / 2; ++k) {

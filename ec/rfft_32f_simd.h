@@ -1,7 +1,7 @@
 // Vector forms of the float real transform's steps (ec/rfft.h), per level:
 // SSE3 at levels 1-4 (two complex values per register), AVX at levels 5-6
-// (four) for the butterfly stages of half-size 4 and more. Level 0 runs the
-// scalar code.
+// (four) for the butterfly stages (the first two stages on two blocks of
+// four points at a time). Level 0 runs the scalar code.
 //
 // Why the bits are the scalar ones: the data stay interleaved (re, im) and
 // every lane computes one scalar expression with the same operands in the
@@ -9,11 +9,12 @@
 // product y w (scalar: yr*wr - yi*wi, yr*wi + yi*wr) is
 //   addsub((yr, yr) * (wr, wi), (yi, yi) * (wi, wr))
 // so that even the first operand of each multiplication, subtraction and
-// addition is the scalar one (which decides the NaN that propagates when
-// both operands are NaN). Where the scalar code computes a - b in one lane
-// and b - a in the other, both differences are formed and a bit mask picks
-// the lanes (never a + (-b), which differs from a - b in the sign of a NaN).
-// The conjugate twiddles of the inverse flip the sign bit of the table's
+// addition is the one of the scalar source (which decides the NaN that
+// propagates when both operands are NaN; the compiler may still commute the
+// operands of the scalar code, so only NaN of one kind, such as the ones
+// the processor produces, are certain to come out alike at every level). Where the scalar code computes a - b in one
+// lane and b - a in the other, both differences are formed and a bit mask picks the lanes (never a + (-b), which
+// differs from a - b in the sign of a NaN). The conjugate twiddles of the inverse flip the sign bit of the table's
 // imaginary parts, as the scalar negation does.
 // Variant code: included by ec/rfft.h.
 #pragma once
@@ -22,6 +23,7 @@
 #include <cstdint>
 
 #include "core/level_ns.h"
+#include "core/simd/x86.h"
 #include "vsps.h"
 
 #if defined(__SSE3__)
@@ -127,18 +129,6 @@ inline void cfft_32f_vector(Vsp32fc* a, const Vsp32fc* stage, int m) {
 #endif
     }
   }
-}
-
-// Byte ranges: the same or apart (the vector pack reads each pair of
-// values before it writes the pair, as the scalar loop does), and apart (the
-// unpack scatters its writes). Partial overlaps take the scalar loops.
-inline bool same_or_apart(const void* a, const void* b, std::size_t bytes) {
-  const auto x = reinterpret_cast<std::uintptr_t>(a), y = reinterpret_cast<std::uintptr_t>(b);
-  return x == y || x + bytes <= y || y + bytes <= x;
-}
-inline bool apart(const void* a, std::size_t aBytes, const void* b, std::size_t bBytes) {
-  const auto x = reinterpret_cast<std::uintptr_t>(a), y = reinterpret_cast<std::uintptr_t>(b);
-  return x + aBytes <= y || y + bBytes <= x;
 }
 
 // pack_forward_32f for k in [1, m/2) two at a time (k and k + 1 against
