@@ -14,7 +14,7 @@ VspStatus forward(VspsSubbandProcessState_32f* state, Vsp8u* work, Vsp32fc* bins
   if (h == nullptr) return vspStsErr;
   const ec::Rfft32f f = ec::rfft_32f(h->tables, ec::order_of(h->fftLen));
   auto* a = reinterpret_cast<Vsp32fc*>(vsps::ec::align16(work));
-  ec::bit_reverse_pairs(reinterpret_cast<Vsp32f*>(a), f.rev, f.m);
+  ec::bit_reverse_32fc(a, f.rev, f.m);
   ec::cfft_32f<false>(a, f.stage, f.m);
   ec::pack_forward_32f(a, f, bins);
   return vspStsNoErr;

@@ -19,8 +19,10 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "core/level_ns.h"
+#include "ec/rfft_32f_simd.h"
 #include "ec/subband_layout.h"
 
 namespace vsps::VSPS_NS::ec {
@@ -73,10 +75,31 @@ inline void bit_reverse_pairs(T* a, const uint16_t* rev, int m) {
 
 // ---- single precision --------------------------------------------------------
 
+// bit_reverse_pairs for complex floats, each pair moved as one 64-bit value.
+inline void bit_reverse_32fc(Vsp32fc* a, const uint16_t* rev, int m) {
+  static_assert(sizeof(Vsp32fc) == sizeof(uint64_t));
+  for (int i = 0; i < m; ++i) {
+    const int r = rev[i];
+    if (r > i) {
+      uint64_t x, y;
+      std::memcpy(&x, a + i, 8);
+      std::memcpy(&y, a + r, 8);
+      std::memcpy(a + i, &y, 8);
+      std::memcpy(a + r, &x, 8);
+    }
+  }
+}
+
 // In-place radix-2 DIT on bit-reversed input; kInverse uses conjugate
 // twiddles. Output in natural order, unscaled.
 template <bool kInverse>
 inline void cfft_32f(Vsp32fc* a, const Vsp32fc* stage, int m) {
+#if defined(VSPS_EC_RFFT32F_VECTOR)
+  if (m >= 4) {
+    cfft_32f_vector<kInverse>(a, stage, m);
+    return;
+  }
+#endif
   if (m >= 2)  // half-size 1: twiddle 1
     for (int b = 0; b < m; b += 2) {
       const Vsp32fc x = a[b], y = a[b + 1];
@@ -110,7 +133,14 @@ inline void pack_forward_32f(const Vsp32fc* z, const Rfft32f& f, Vsp32fc* dst) {
   dst[0] = {z[0].re + z[0].im, 0.0f};
   dst[m] = {z[0].re - z[0].im, 0.0f};
   if (m < 2) return;
-  for (int k = 1; k < m / 2; ++k) {
+  int k = 1;
+#if defined(VSPS_EC_RFFT32F_VECTOR)
+  // Pairs are read before they are written, as in the scalar loop: the same
+  // block or apart (a partial overlap takes the scalar loop).
+  if (simd::same_or_disjoint(z, dst, sizeof(Vsp32fc) * (static_cast<std::size_t>(m) + 1)))
+    k = pack_forward_32f_vector(z, f.pack, m, dst);
+#endif
+  for (; k < m / 2; ++k) {
     const Vsp32fc a = z[k], c = z[m - k];  // B = conj(c)
     const float er = (a.re + c.re) * 0.5f, ei = (a.im - c.im) * 0.5f;
     const float orr = (a.im + c.im) * 0.5f, oi = (c.re - a.re) * 0.5f;  // (A - B) / 2i
@@ -130,7 +160,14 @@ inline void unpack_inverse_32f(const Vsp32fc* src, const Rfft32f& f, Vsp32fc* a)
   const uint16_t* rev = f.rev;
   a[0] = {src[0].re + src[m].re, src[0].re - src[m].re};  // rev[0] = 0
   if (m < 2) return;
-  for (int k = 1; k < m / 2; ++k) {
+  int k = 1;
+#if defined(VSPS_EC_RFFT32F_VECTOR)
+  // The writes are scattered: only apart from the source.
+  if (simd::disjoint(src, sizeof(Vsp32fc) * (static_cast<std::size_t>(m) + 1), a,
+                     sizeof(Vsp32fc) * static_cast<std::size_t>(m)))
+    k = unpack_inverse_32f_vector(src, f.pack, rev, m, a);
+#endif
+  for (; k < m / 2; ++k) {
     const Vsp32fc x = src[k], c = src[m - k];  // B = conj(c)
     const float er = x.re + c.re, ei = x.im - c.im;
     const float dr = x.re - c.re, di = x.im + c.im;

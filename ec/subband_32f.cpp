@@ -85,7 +85,7 @@ VspStatus legacy90vspsSubbandAnalysis_32f32fc(const Vsp32f* source, Vsp32fc* des
   for (int j = j0; j < n; ++j) u[j] = d[j] * w[j];
   for (int b = n; b < len; b += n)
     for (int j = j0; j < n; ++j) u[j] = u[j] + d[b + j] * w[b + j];
-  ec::bit_reverse_pairs(u, f.rev, f.m);
+  ec::bit_reverse_32fc(a, f.rev, f.m);
   ec::cfft_32f<false>(a, f.stage, f.m);
   ec::pack_forward_32f(a, f, destination);
   return vspStsNoErr;

@@ -3,6 +3,8 @@
 // must give level 0's bits.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstring>
 #include <set>
 #include <vector>
 
@@ -186,3 +188,50 @@ TEST(G729VectorKernels, AutocorrelationsAgreeOnFullScaleInputs) {
     if (HasFailure()) return;
   }
 }
+
+namespace {
+
+// Float LSF erasure step (128-bit rows at levels 5-6): ordinary LSFs,
+// huge, tiny and denormal values, signed zeros, infinities and NaN in the
+// memory and the LSFs (NaN results canonical), both predictors, ten calls
+// back to back on one memory.
+TEST(G729VectorKernels, FloatErasedLsfStepAgreesOnWildInputs) {
+  std::mt19937 rng(729);
+  auto wild = [&rng] {
+    const float u = static_cast<float>(static_cast<int32_t>(rng())) * 0x1p-31f;
+    switch (rng() % 8) {
+      case 0:
+        return u * 3e38f;
+      case 1:
+        return u * 1e-40f;
+      case 2:
+        return rng() % 2 ? -0.0f : 0.0f;
+      case 3:
+        return rng() % 2 ? INFINITY : -INFINITY;
+      case 4:
+        return rng() % 2 ? NAN : -NAN;
+      default:
+        return u * 3.1f;
+    }
+  };
+  for (int trial = 0; trial < 40; ++trial) {
+    std::vector<float> mem0(40), lsf0(10 * 10);
+    for (auto& v : mem0) v = wild();
+    for (auto& v : lsf0) v = wild();
+    vt::expect_levels_agree(
+        [&] {
+          std::vector<float> mem = mem0, lsf = lsf0;
+          for (int call = 0; call < 10; ++call)
+            EXPECT_EQ(legacy90vspsLSFDecodeErased_G729_32f((trial + call) % 2, mem.data(), lsf.data() + 10 * call),
+                      vspStsNoErr);
+          std::vector<uint32_t> bits(mem.size() + lsf.size());
+          std::memcpy(bits.data(), mem.data(), 4 * mem.size());
+          std::memcpy(bits.data() + mem.size(), lsf.data(), 4 * lsf.size());
+          return bits;
+        },
+        "LSFDecodeErased_G729_32f trial " + std::to_string(trial));
+    if (HasFailure()) return;
+  }
+}
+
+}  // namespace
