@@ -1,5 +1,6 @@
 // Full-band echo-path filters: the plain FIR (float and Q15) and the
 // adapting least-mean-squares FIR whose update lags one sample.
+#include "core/float_canonical.h"
 #include "core/level_ns.h"
 #include "ec/fir_simd.h"
 #include "vsps.h"
@@ -32,6 +33,7 @@ VspStatus legacy90vspsFIR_EC_32f(const Vsp32f* reference, const Vsp32f* nearEnd,
     for (int k = 0; k < tapLen; ++k) y = y + coeffs[k] * x[-k];
     error[n] = nearEnd[n] - y;
   }
+  fout::canonicalise(error, static_cast<std::size_t>(len));
   return vspStsNoErr;
 }
 
@@ -71,7 +73,9 @@ VspStatus legacy90vspsNLMS_EC_32f(const Vsp32f* reference, const Vsp32f* nearEnd
     error[n] = e;
     c = e * step[n];
   }
-  *carriedError = c;
+  fout::canonicalise(error, static_cast<std::size_t>(len));
+  fout::canonicalise(coeffs, static_cast<std::size_t>(tapLen));
+  *carriedError = fout::canonical(c);
   return vspStsNoErr;
 }
 

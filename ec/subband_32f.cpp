@@ -6,6 +6,7 @@
 #include <immintrin.h>
 #endif
 
+#include "core/float_canonical.h"
 #include "ec/ec_tables.h"
 #include "ec/rfft.h"
 #include "ec/rfft_tables.h"
@@ -88,6 +89,8 @@ VspStatus legacy90vspsSubbandAnalysis_32f32fc(const Vsp32f* source, Vsp32fc* des
   ec::bit_reverse_32fc(a, f.rev, f.m);
   ec::cfft_32f<false>(a, f.stage, f.m);
   ec::pack_forward_32f(a, f, destination);
+  fout::canonicalise(&destination[0].re, 2 * std::size_t(f.m + 1));
+  fout::canonicalise(u, std::size_t(n));  // the work buffer's transform
   return vspStsNoErr;
 }
 
@@ -130,6 +133,8 @@ VspStatus legacy90vspsSubbandSynthesis_32fc32f(const Vsp32fc* source, Vsp32f* de
       d[k] = d[k] + v[j] * w[len - 1 - k];
     }
   }
+  fout::canonicalise(d, std::size_t(len));
+  fout::canonicalise(v, std::size_t(n));  // the work buffer's transform
   std::memcpy(destination, d, 4 * std::size_t(hop));
   return vspStsNoErr;
 }

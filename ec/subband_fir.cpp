@@ -4,6 +4,7 @@
 #include <immintrin.h>
 #endif
 
+#include "core/float_canonical.h"
 #include "core/simd/x86.h"
 #include "ec/subband_filter.h"
 #include "vsps.h"
@@ -60,6 +61,7 @@ VspStatus legacy90vspsFIRSubband_EC_32fc(const Vsp32fc* const* inputFrames, cons
     }
     output[k] = {re, im};
   }
+  fout::canonicalise(&output[0].re, 2 * static_cast<std::size_t>(numSubbands));
   return vspStsNoErr;
 }
 

@@ -1,5 +1,6 @@
 // Coefficient updates of the sub-band echo-path filters (normalised least
 // mean squares per sub-band): H_m[k] += mu_k E[k] conj(X_m[k]).
+#include "core/float_canonical.h"
 #include "ec/subband_filter.h"
 #include "vsps.h"
 
@@ -65,6 +66,7 @@ VspStatus legacy90vspsFIRSubbandCoeffUpdate_EC_32fc_I(const Vsp64f* step, const 
       h[k].im = static_cast<float>(double(h[k].im) + im);
     }
   }
+  for (int m = 0; m < numSegments; ++m) fout::canonicalise(&coeffFrames[m][0].re, 2 * std::size_t(numSubbands));
   return vspStsNoErr;
 }
 

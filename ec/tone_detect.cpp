@@ -3,6 +3,7 @@
 // tone-run and gap-run counters and the reversal count.
 #include <cstring>
 
+#include "core/float_canonical.h"
 #include "ec/ec_tables.h"
 #include "ec/subband_layout.h"
 #include "ec/tone_layout.h"
@@ -147,6 +148,11 @@ VspStatus legacy90vspsToneDetect_EC_32f(const Vsp32f* signal, int len, int* resu
       s.toneRun = 0;
     }
   }
+  // The filter and energy memories are computed values: canonical NaNs.
+  s.y1 = fout::canonical(s.y1);
+  s.y2 = fout::canonical(s.y2);
+  s.ex = fout::canonical(s.ex);
+  s.ey = fout::canonical(s.ey);
   std::memcpy(block, &s, sizeof s);
   *result = found;
   return vspStsNoErr;

@@ -2,7 +2,7 @@
 // mid-frame LSP of G.729 Int_qlpc), legacy90vspsInterpolateC_G729_16s_Sfs and
 // legacy90vspsInterpolateC_G729_32f (weighted sums).
 #include "core/basic_ops.h"
-#include "g729/float_out.h"
+#include "core/float_canonical.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {

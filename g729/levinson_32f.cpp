@@ -1,7 +1,7 @@
 // legacy90vspsLevinsonDurbin_G729_32f: single-precision Levinson-Durbin
 // recursion (the steps of the G.729 floating-point annex) with its own stop
 // rule: never a warning, partial coefficients on a near-unit reflection.
-#include "g729/float_out.h"
+#include "core/float_canonical.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {

@@ -1,7 +1,7 @@
 // legacy90vspsLPCToLSP_G729_32f and legacy90vspsLPCToLSP_G729A_32f: LP to
 // LSP in single precision (the floating-point annex's az_lsp: 60 points and
 // 4 bisections, or 50 and 2).
-#include "g729/float_out.h"
+#include "core/float_canonical.h"
 #include "g729/g729_tables.h"
 #include "vsps.h"
 

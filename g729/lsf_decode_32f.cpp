@@ -5,7 +5,7 @@
 #include <immintrin.h>
 #endif
 
-#include "g729/float_out.h"
+#include "core/float_canonical.h"
 #include "g729/lsf_vq_32f.h"
 #include "vsps.h"
 

@@ -3,7 +3,7 @@
 // MA memory is only read and the frame's rearranged residual is returned.
 #include <cmath>
 
-#include "g729/float_out.h"
+#include "core/float_canonical.h"
 #include "g729/lsf_vq_32f.h"
 #include "vsps.h"
 

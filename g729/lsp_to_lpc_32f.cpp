@@ -1,6 +1,6 @@
 // legacy90vspsLSPToLPC_G729_32f: LSP to LP in single precision (the
 // floating-point annex's lsp_az with get_lsp_pol).
-#include "g729/float_out.h"
+#include "core/float_canonical.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {

@@ -543,6 +543,11 @@ VSPS_FN(VspStatus, legacy90vspsPreemphasize_GSMAMR_16s, (Vsp16s gamma, const Vsp
  * Echo-cancellation toolkit
  * ====================================================================== */
 
+/* Single-precision tools of this section (and the G.729 float twins) store
+ * every NaN result, in outputs, states and work buffers, as the quiet NaN
+ * 0x7FC00000, so that their bytes are identical at every processor level
+ * even when different NaNs meet in the inputs. */
+
 /* ---- Sub-band filter bank ---------------------------------------------
  * A weighted overlap-add bank on a real transform of length N = 2^order:
  * analysis windows the last windowLen input samples, folds them to N
