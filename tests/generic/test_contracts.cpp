@@ -82,6 +82,25 @@ INSTANTIATE_TEST_SUITE_P(All, ArgumentChecks, testing::ValuesIn(contract_list())
 
 class LevelsAgree : public testing::TestWithParam<const vt::Contract*> {};
 
+// Runs copies of the call at every level this machine supports: the same
+// status and the same bytes in every buffer as at level 0.
+void expect_same_at_every_level(const vt::Call& base, int trial) {
+  std::vector<std::vector<uint8_t>> reference;
+  int64_t referenceStatus = 0;
+  vt::for_each_level([&](int level) {
+    vt::Call call = base;
+    const int64_t st = call.invoke();
+    if (level == 0) {
+      reference = call.snapshot();
+      referenceStatus = st;
+      return;
+    }
+    EXPECT_EQ(st, referenceStatus) << "trial " << trial << " at " << vt::level_name(level);
+    EXPECT_TRUE(call.snapshot() == reference)
+        << "trial " << trial << " at " << vt::level_name(level) << ": " << call.describe();
+  });
+}
+
 // Valid calls on random inputs give the same status and the same bytes in
 // every buffer at every level this machine supports.
 TEST_P(LevelsAgree, OnRandomValidCalls) {
@@ -96,20 +115,7 @@ TEST_P(LevelsAgree, OnRandomValidCalls) {
       else
         base.randomize_inputs(rng);
     }
-    std::vector<std::vector<uint8_t>> reference;
-    int64_t referenceStatus = 0;
-    vt::for_each_level([&](int level) {
-      vt::Call call = base;
-      const int64_t st = call.invoke();
-      if (level == 0) {
-        reference = call.snapshot();
-        referenceStatus = st;
-        return;
-      }
-      EXPECT_EQ(st, referenceStatus) << "trial " << trial << " at " << vt::level_name(level);
-      EXPECT_TRUE(call.snapshot() == reference)
-          << "trial " << trial << " at " << vt::level_name(level) << ": " << call.describe();
-    });
+    expect_same_at_every_level(base, trial);
     if (HasFailure()) break;
   }
 }
@@ -164,19 +170,7 @@ TEST_P(LevelsAgreeNonFinite, OnNaNsAndInfinitiesInTheInputs) {
       else
         sprinkle<float, uint32_t>(base.buf<float>(p->name), rng);
     }
-    std::vector<std::vector<uint8_t>> reference;
-    int64_t referenceStatus = 0;
-    vt::for_each_level([&](int level) {
-      vt::Call call = base;
-      const int64_t st = call.invoke();
-      if (level == 0) {
-        reference = call.snapshot();
-        referenceStatus = st;
-        return;
-      }
-      EXPECT_EQ(st, referenceStatus) << "trial " << trial << " at " << vt::level_name(level);
-      EXPECT_TRUE(call.snapshot() == reference) << "trial " << trial << " at " << vt::level_name(level);
-    });
+    expect_same_at_every_level(base, trial);
     if (HasFailure()) break;
   }
 }
