@@ -120,6 +120,7 @@ int cmd_lpc(const Args& args, FILE* out, FILE* err) {
     }
     progress.update((n + 1) * frameLength);
   }
+  progress.update(wav.samples.size());  // a last partial frame is not analysed
   const LpSummary s = summarise(frames, fe->library_ns());
   FILE* f = out;
   if (const std::string* path = opt.get("-o")) {

@@ -32,6 +32,7 @@ int cmd_tone(const Args& args, FILE* out, FILE* err) {
       std::fprintf(err, "vsps: library error in the tone detector\n");
       return 1;
     }
+    progress.update(wav.samples.size());  // a last partial block is not analysed
   }
   // Detections less than 1 s apart belong to one tone (one per phase reversal).
   std::size_t events = 0;

@@ -206,12 +206,13 @@ TEST(ToolErrors, ClearMessagesAndExitStatuses) {
 
 TEST(ToolProgress, LongFilesReportProgressShortOnesDoNot) {
   const fs::path dir = tooltest::scratch_dir("progress");
-  tooltest::write_wav_file(dir / "long.wav", 8000, std::vector<int16_t>(8000 * 40, 0));
+  tooltest::write_wav_file(dir / "long.wav", 8000, std::vector<int16_t>(8000 * 40 + 7, 0));  // a partial block
   tooltest::write_wav_file(dir / "short.wav", 8000, std::vector<int16_t>(8000 * 5, 0));
   const tooltest::Result longRun = run({"tone", (dir / "long.wav").string()});
   ASSERT_EQ(longRun.status, 0);
   EXPECT_TRUE(contains(longRun.err, "tone:  50% (20.0 of 40.0 s)")) << longRun.err;
   EXPECT_TRUE(contains(longRun.err, "tone: 100% (40.0 of 40.0 s)")) << longRun.err;
+  EXPECT_FALSE(contains(longRun.err, "tone:   0%")) << longRun.err;
   EXPECT_EQ(run({"tone", (dir / "short.wav").string()}).err, "");
 }
 
