@@ -91,7 +91,7 @@ bool fuzz_subband(vt::Call& call, vt::FuzzInput& in, const SubbandHook& h) {
   if (h.first) call.scalar("firstSubband", firstSubband);
   if (h.sfLo <= h.sfHi) call.scalar("scaleFactor", sf);
   if (h.projection) call.scalar("projectionOrder", order);
-  fz::fill_inputs(call, in, {"step", "stepData"});
+  fz::fill_inputs(call, in);
   const bool negative = ok && h.negative && h.negative(call);
   fz::Expect e;
   e.fail_if(fz::nulls(call, in), vspStsNullPtrErr);

@@ -19,21 +19,6 @@ const std::vector<const Contract*>& fuzz_targets() {
   return list;
 }
 
-void sanitize_floats(Call& call) {
-  for (const ParamInfo& p : call.fn().params) {
-    if (!p.isPointer || !call.has(p.name)) continue;
-    const Role r = call.role(p.name);
-    if (r != Role::In && r != Role::InOut) continue;
-    if (p.elem == Elem::F32 || p.elem == Elem::C32F) {
-      for (float& v : call.buf<float>(p.name))
-        if (!std::isfinite(v)) v = 0;
-    } else if (p.elem == Elem::F64) {
-      for (double& v : call.buf<double>(p.name))
-        if (!std::isfinite(v)) v = 0;
-    }
-  }
-}
-
 namespace {
 
 void default_fill(Call& call, FuzzInput& in) {
@@ -42,7 +27,6 @@ void default_fill(Call& call, FuzzInput& in) {
     const Role r = call.role(p.name);
     if (r == Role::In || r == Role::InOut) in.fill(p.name, call.buf<uint8_t>(p.name));
   }
-  sanitize_floats(call);
 }
 
 bool touches_any(const Check& c, const std::vector<std::string>& used) {

@@ -21,8 +21,4 @@ const std::vector<const Contract*>& fuzz_targets();
 // Runs one input; returns "" or a description of the broken property.
 std::string fuzz_one(FuzzInput& in);
 
-// Replaces non-finite values of float buffers by 0, so that levels never see
-// NaN payloads they may propagate differently.
-void sanitize_floats(Call& call);
-
 }  // namespace vt

@@ -57,9 +57,11 @@ inline bool listed(std::initializer_list<std::string_view> names, std::string_vi
 }
 
 // Fills every In/InOut buffer (state blocks excepted) and pointer-array
-// backing from the input; floats are then made finite, except in the
-// buffers named in `keepNaN`.
-inline void fill_inputs(Call& call, FuzzInput& in, std::initializer_list<std::string_view> keepNaN = {}) {
+// backing from the input. Floats keep whatever the bytes say: NaNs of any
+// sign and payload and infinities too (float functions store canonical
+// NaNs, so the levels must still agree); a hook that needs finite values
+// in a buffer applies finite() to it afterwards.
+inline void fill_inputs(Call& call, FuzzInput& in) {
   for (const ParamInfo& p : call.fn().params) {
     if (!p.isPointer || !call.has(p.name)) continue;
     const Role r = call.role(p.name);
@@ -67,9 +69,6 @@ inline void fill_inputs(Call& call, FuzzInput& in, std::initializer_list<std::st
     if (r != Role::In && r != Role::InOut && r != Role::Frames) continue;
     if (e == Elem::Opaque || e == Elem::Pointer || e == Elem::U8) continue;
     in.fill(p.name, call.buf<uint8_t>(p.name));
-    if (listed(keepNaN, p.name)) continue;
-    if (e == Elem::F32 || e == Elem::C32F) finite(call.buf<float>(p.name));
-    if (e == Elem::F64) finite(call.buf<double>(p.name));
   }
 }
 
