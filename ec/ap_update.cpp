@@ -8,6 +8,7 @@
 //   solve A g = e, e_p = errorFrames[p][k]          (Cholesky)
 //   H_m[k] += (mu_k / P) sum_p g_p conj(X_{p+m}[k])  (stored in single precision)
 // P = 1 is the normalised LMS update mu E conj(X) / (|x|^2 + delta).
+#include "core/float_canonical.h"
 #include "ec/subband_filter.h"
 #include "vsps.h"
 
@@ -104,8 +105,8 @@ VspStatus legacy90vspsFIRSubbandAPCoeffUpdate_EC_32fc_I(const Vsp64f* stepData, 
         im += g[r].im * x.re - g[r].re * x.im;
       }
       Vsp32fc& h = coeffFrames[m][k];
-      h.re = static_cast<float>(double(h.re) + mu * re);
-      h.im = static_cast<float>(double(h.im) + mu * im);
+      h.re = fout::canonical(static_cast<float>(double(h.re) + mu * re));
+      h.im = fout::canonical(static_cast<float>(double(h.im) + mu * im));
     }
   }
   return vspStsNoErr;

@@ -164,6 +164,9 @@ TEST_P(LevelsAgreeNonFinite, OnNaNsAndInfinitiesInTheInputs) {
     for (const vt::ParamInfo* p : floats) {
       const vt::Role r = base.role(p->name);
       if (r != vt::Role::In && r != vt::Role::InOut && r != vt::Role::Frames) continue;
+      // Each array in every other trial or so, so that calls which refuse
+      // a NaN in one argument (a step size) still run on NaNs in the others.
+      if (rng() % 2 == 0) continue;
       const vt::Elem e = p->isFrames() ? p->frameElem : p->elem;
       if (e == vt::Elem::F64)
         sprinkle<double, uint64_t>(base.buf<double>(p->name), rng);
