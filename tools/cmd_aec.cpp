@@ -33,18 +33,13 @@ int cmd_aec(const Args& args, FILE* out, FILE* err) {
     return 2;
   }
   WavAudio farWav, nearWav;
-  std::string error;
-  if (!read_wav(opt.positional[0], &farWav, &error) || !read_wav(opt.positional[1], &nearWav, &error)) {
-    std::fprintf(err, "vsps: %s\n", error.c_str());
+  const char* needs = "the canceller runs at 8000 or 16000 Hz";
+  if (!load_wav(opt.positional[0], {8000, 16000}, needs, &farWav, err) ||
+      !load_wav(opt.positional[1], {8000, 16000}, needs, &nearWav, err))
     return 1;
-  }
   if (farWav.rate != nearWav.rate) {
     std::fprintf(err, "vsps: the far end is at %d Hz, the near end at %d Hz; both must have the same rate\n",
                  farWav.rate, nearWav.rate);
-    return 1;
-  }
-  if (farWav.rate != 8000 && farWav.rate != 16000) {
-    std::fprintf(err, "vsps: sampling rate %d Hz; the canceller runs at 8000 or 16000 Hz\n", farWav.rate);
     return 1;
   }
   const int rate = farWav.rate;
@@ -85,6 +80,7 @@ int cmd_aec(const Args& args, FILE* out, FILE* err) {
   }
   std::vector<Vsp16s> pcm(n);
   for (std::size_t i = 0; i < n; ++i) pcm[i] = to_pcm(y[i + delay]);
+  std::string error;
   if (!write_wav(*opt.get("-o"), rate, pcm, &error)) {
     std::fprintf(err, "vsps: %s\n", error.c_str());
     return 1;

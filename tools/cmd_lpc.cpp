@@ -96,16 +96,7 @@ int cmd_lpc(const Args& args, FILE* out, FILE* err) {
     return 1;
   }
   WavAudio wav;
-  std::string error;
-  if (!read_wav(opt.positional[0], &wav, &error)) {
-    std::fprintf(err, "vsps: %s\n", error.c_str());
-    return 1;
-  }
-  if (wav.rate != 8000) {
-    std::fprintf(err, "vsps: %s: sampling rate %d Hz; the G.729 and GSM-AMR front ends need 8000 Hz\n",
-                 opt.positional[0].c_str(), wav.rate);
-    return 1;
-  }
+  if (!load_wav(opt.positional[0], {8000}, "the G.729 and GSM-AMR front ends need 8000 Hz", &wav, err)) return 1;
   const auto frameLength = static_cast<std::size_t>(fe->frame_length());
   if (wav.samples.size() < frameLength) {
     std::fprintf(err, "vsps: %s: shorter than one %zu-sample frame\n", opt.positional[0].c_str(), frameLength);

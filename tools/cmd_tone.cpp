@@ -15,16 +15,7 @@ int cmd_tone(const Args& args, FILE* out, FILE* err) {
     return 2;
   }
   WavAudio wav;
-  std::string error;
-  if (!read_wav(opt.positional[0], &wav, &error)) {
-    std::fprintf(err, "vsps: %s\n", error.c_str());
-    return 1;
-  }
-  if (wav.rate != 8000 && wav.rate != 16000) {
-    std::fprintf(err, "vsps: %s: sampling rate %d Hz; the tone detector runs at 8000 or 16000 Hz\n",
-                 opt.positional[0].c_str(), wav.rate);
-    return 1;
-  }
+  if (!load_wav(opt.positional[0], {8000, 16000}, "the tone detector runs at 8000 or 16000 Hz", &wav, err)) return 1;
   std::vector<double> times;
   {
     Progress progress(err, "tone", wav.samples.size(), wav.rate);

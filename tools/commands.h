@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdio>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -29,5 +30,10 @@ struct Options {
   const std::string* get(const std::string& name) const;
 };
 bool parse_options(const Args& args, const std::vector<std::string>& known, Options* opt, FILE* err);
+
+struct WavAudio;
+// Reads a WAV input of a command and checks its rate against `rates`;
+// false with the reason on err ("<path>: sampling rate R Hz; <needs>").
+bool load_wav(const std::string& path, std::initializer_list<int> rates, const char* needs, WavAudio* wav, FILE* err);
 
 }  // namespace vsps::tool

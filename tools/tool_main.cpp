@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "tools/commands.h"
+#include "tools/wav_io.h"
 #include "vsps.h"
 
 namespace vsps::tool {
@@ -51,6 +52,18 @@ bool parse_options(const Args& args, const std::vector<std::string>& known, Opti
     opt->named.emplace_back(a, args[++i]);
   }
   return true;
+}
+
+bool load_wav(const std::string& path, std::initializer_list<int> rates, const char* needs, WavAudio* wav, FILE* err) {
+  std::string error;
+  if (!read_wav(path, wav, &error)) {
+    std::fprintf(err, "vsps: %s\n", error.c_str());
+    return false;
+  }
+  for (int r : rates)
+    if (wav->rate == r) return true;
+  std::fprintf(err, "vsps: %s: sampling rate %d Hz; %s\n", path.c_str(), wav->rate, needs);
+  return false;
 }
 
 int run_tool(int argc, const char* const* argv, FILE* out, FILE* err) {
