@@ -147,12 +147,35 @@ def git(repo, *args):
     return subprocess.run(["git", "-C", repo, *args], check=True, capture_output=True, text=True).stdout
 
 
+def in_git(repo):
+    try:
+        top = git(repo, "rev-parse", "--show-toplevel").strip()
+    except subprocess.CalledProcessError:
+        return False
+    return os.path.realpath(top) == os.path.realpath(repo)
+
+
 def library_files(repo):
-    files = []
-    for f in git(repo, "ls-files").splitlines():
-        if SOURCE_EXT.search(f) and not f.startswith(EXCLUDED_DIRS):
-            files.append(f)
-    return files
+    """Tracked library sources; in an exported tree (no checkout of its own), every source file."""
+    if in_git(repo):
+        names = git(repo, "ls-files").splitlines()
+    else:
+        names = []
+        for root, dirs, files in os.walk(repo):
+            dirs[:] = [d for d in dirs if not d.startswith((".", "build"))]
+            names += [os.path.relpath(os.path.join(root, f), repo) for f in files]
+    return sorted(f for f in names if SOURCE_EXT.search(f) and not f.startswith(EXCLUDED_DIRS))
+
+
+def snapshot(repo, paths):
+    """The state the run must leave: git diff in a checkout, else the files' contents."""
+    if in_git(repo):
+        return git(repo, "diff", "--", *paths)
+    out = []
+    for p in paths:
+        with open(os.path.join(repo, p), encoding="utf-8") as fh:
+            out.append(fh.read())
+    return out
 
 
 def locate(repo, files, snippet):
@@ -213,15 +236,17 @@ def build(args):
 
 
 def failed_tests(output):
-    m = re.search(r"The following tests FAILED:\n(.*)", output, re.S)
-    if not m:
-        return []
+    """Names of the failed tests: ctest's summary, else its progress lines (--stop-on-failure prints no summary)."""
     names = []
-    for line in m.group(1).splitlines():
-        t = re.match(r"\s*\d+ - (\S+) \((.*)\)", line)
-        if t:
-            names.append(t.group(1))
-    return names
+    m = re.search(r"The following tests FAILED:\n(.*)", output, re.S)
+    if m:
+        for line in m.group(1).splitlines():
+            t = re.match(r"\s*\d+ - (\S+) \((.*)\)", line)
+            if t:
+                names.append(t.group(1))
+    if not names:
+        names = re.findall(r"Test +#\d+: (\S+) \.*\s*\*\*\*(?:Failed|Exception|Timeout)", output)
+    return list(dict.fromkeys(names))
 
 
 def run_tests(args):
@@ -247,7 +272,8 @@ def short(names, limit=4):
 
 def main():
     ap = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    ap.add_argument("--repo", default=os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+    ap.add_argument("--repo", default=os.path.dirname(os.path.dirname(os.path.abspath(__file__))),
+                    help="source tree (default: the one holding this script)")
     ap.add_argument("--build-dir", default="build")
     ap.add_argument("--report", help="also write the markdown report to this file")
     ap.add_argument("--only", help="comma-separated fault numbers (1-based)")
@@ -291,7 +317,7 @@ def main():
         return
 
     touched = sorted({f for paths in located.values() for f in paths})
-    before = git(args.repo, "diff", "--", *touched)
+    before = snapshot(args.repo, touched)
     restorer = Restorer(args.repo)
 
     def on_term(signum, frame):
@@ -328,7 +354,7 @@ def main():
             print(f"[{i}] {result}: {desc} {by} ({time.time() - t0:.0f} s)", file=sys.stderr, flush=True)
     finally:
         restorer.restore()
-        after = git(args.repo, "diff", "--", *touched)
+        after = snapshot(args.repo, touched)
         if after != before:
             print("mutation-check: library sources differ from the start state!", file=sys.stderr)
             sys.exit(2)
@@ -336,7 +362,7 @@ def main():
     caught = sum(1 for r in rows if r[5] == "caught")
     missed = sum(1 for r in rows if r[5] == "MISSED")
     na = len(rows) - caught - missed
-    head = git(args.repo, "rev-parse", "--short", "HEAD").strip()
+    head = git(args.repo, "rev-parse", "--short", "HEAD").strip() if in_git(args.repo) else "exported tree"
     lines = [f"# Mutation check ({head})", "",
              f"{caught} caught, {missed} missed, {na} not applicable, of {len(rows)} faults; "
              f"ctest -LE '{args.exclude_labels}' -E '{args.exclude_tests}', build dir {os.path.basename(args.build_dir)}, "
