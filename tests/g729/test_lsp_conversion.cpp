@@ -4,8 +4,9 @@
 
 #include <random>
 
-#include "g729/lsp_root_search.h"
-#include "g729/lsp_to_lpc.h"
+#include "g729/g729_tables.h"
+#include "speech/lpc/lsp_root_search.h"
+#include "speech/lpc/lsp_to_lpc.h"
 #include "tests/g729/g729_test_util.h"
 
 namespace {
