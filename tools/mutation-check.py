@@ -38,17 +38,17 @@ EXCLUDED_DIRS = ("tests/", "bench/", "examples/", "docs/", "tools/")
 # tail (a level variant's scalar tail skipped), init (state field not reset
 # in an Init), logic (other realistic slips).
 FAULTS = [
-    # ---- core ---------------------------------------------------------------
+    # ---- core and speech (shared primitives) ---------------------------------
     ("core", "round", "window_mult_r: the scalar form multiplies without rounding (mult for mult_r)",
      "  for (; k < n; ++k) y[k] = bop::mult_r(x[k], w[k]);",
      "  for (; k < n; ++k) y[k] = bop::mult(x[k], w[k]);"),
-    ("core", "check", "ConvPartial: scale-factor check after the outputs are written",
+    ("speech", "check", "ConvPartial: scale-factor check after the outputs are written",
      "  if (scaleFactor < 0) return vspStsBadArgErr;\n  if (len < 1) return vspStsSizeErr;\n",
      "  if (len < 1) return vspStsSizeErr;\n",
      "    pDst[n] = static_cast<Vsp16s>(static_cast<int32_t>(acc) >> shift);\n  }\n  return vspStsNoErr;",
      "    pDst[n] = static_cast<Vsp16s>(static_cast<int32_t>(acc) >> shift);\n  }\n"
      "  if (scaleFactor < 0) return vspStsBadArgErr;\n  return vspStsNoErr;"),
-    ("core", "tail", "ConvPartial AVX2 blocks claim the whole length (scalar tail skipped at level 6)",
+    ("speech", "tail", "ConvPartial AVX2 blocks claim the whole length (scalar tail skipped at level 6)",
      "    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + n0), r);\n  }\n  return n0;",
      "    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + n0), r);\n  }\n  return len;"),
     ("core", "tail", "energy64_shifted: the AVX2 path skips the scalar tail",
@@ -75,7 +75,7 @@ FAULTS = [
     ("g729", "sat", "InterpolateC_16s_Sfs stores the low 16 bits instead of saturating",
      "pDst[i] = static_cast<Vsp16s>(sum > bop::kMax16 ? bop::kMax16 : (sum < bop::kMin16 ? bop::kMin16 : sum));",
      "pDst[i] = static_cast<Vsp16s>(sum);"),
-    ("g729", "logic", "AutoCorr_NormE reports the norm with 2 instead of 4 per scaling",
+    ("speech", "logic", "AutoCorr_NormE reports the norm with 2 instead of 4 per scaling",
      "*pNorm = norm - 4 * scalings;", "*pNorm = norm - 2 * scalings;"),
     ("g729", "sat", "LSF stage-1 search (AVX2): key no longer clamped after each pair",
      "      key = _mm256_min_epu32(_mm256_add_epi32(key, _mm256_madd_epi16(e, e)), cap);",
@@ -245,7 +245,7 @@ def failed_tests(output):
             if t:
                 names.append(t.group(1))
     if not names:
-        names = re.findall(r"Test +#\d+: (\S+) \.*\s*\*\*\*(?:Failed|Exception|Timeout)", output)
+        names = re.findall(r"Test +#\d+: (\S+).*?\*\*\*(?:Failed|Exception|Timeout)", output)
     return list(dict.fromkeys(names))
 
 
