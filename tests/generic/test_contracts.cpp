@@ -1,6 +1,6 @@
 // Generic harnesses over every export's contract: argument checks in their
 // stated order with nothing written on failure, and identical results at
-// every supported processor level.
+// every supported processor level (random, non-finite and hostile inputs).
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,6 +10,7 @@
 
 #include "tests/support/contract.h"
 #include "tests/support/exports.h"
+#include "tests/support/fuzz_hooks.h"
 #include "tests/support/levels.h"
 
 namespace {
@@ -179,5 +180,31 @@ TEST_P(LevelsAgreeNonFinite, OnNaNsAndInfinitiesInTheInputs) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, LevelsAgreeNonFinite, testing::ValuesIn(contract_list()), contract_name);
+
+// Hostile contents: on the contract's random valid scalars, every input
+// word is redrawn as -32768, 32767, uniform or small (vt::Adversarial), so
+// that the saturating arithmetic saturates and searches meet ties at their
+// caps; statuses and bytes must still agree at every level.
+class LevelsAgreeHostile : public testing::TestWithParam<const vt::Contract*> {};
+
+TEST_P(LevelsAgreeHostile, OnFullScaleInputs) {
+  const vt::Contract& c = *GetParam();
+  if (!c.sameAtEveryLevel) GTEST_SKIP() << "differs by level by design";
+  const auto seed = static_cast<uint32_t>(std::hash<std::string>{}(c.name)) + 2u;
+  std::mt19937 rng(seed);
+  vt::Adversarial words(seed);
+  for (int trial = 0; trial < c.hostileTrials; ++trial) {
+    vt::Call base = c.valid();
+    if (c.randomize)
+      c.randomize(base, rng);
+    else
+      base.randomize_inputs(rng);
+    vt::fz::fill_inputs(base, words);
+    expect_same_at_every_level(base, trial);
+    if (HasFailure()) break;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LevelsAgreeHostile, testing::ValuesIn(contract_list()), contract_name);
 
 }  // namespace
