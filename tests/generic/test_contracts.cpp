@@ -83,6 +83,16 @@ INSTANTIATE_TEST_SUITE_P(All, ArgumentChecks, testing::ValuesIn(contract_list())
 
 class LevelsAgree : public testing::TestWithParam<const vt::Contract*> {};
 
+// The contract's valid call with random valid contents.
+vt::Call random_valid(const vt::Contract& c, std::mt19937& rng) {
+  vt::Call base = c.valid();
+  if (c.randomize)
+    c.randomize(base, rng);
+  else
+    base.randomize_inputs(rng);
+  return base;
+}
+
 // Runs copies of the call at every level this machine supports: the same
 // status and the same bytes in every buffer as at level 0.
 void expect_same_at_every_level(const vt::Call& base, int trial) {
@@ -157,11 +167,7 @@ TEST_P(LevelsAgreeNonFinite, OnNaNsAndInfinitiesInTheInputs) {
   if (floats.empty() || !c.sameAtEveryLevel) GTEST_SKIP() << "reads no floating-point array";
   std::mt19937 rng(static_cast<uint32_t>(std::hash<std::string>{}(c.name)) + 1u);
   for (int trial = 0; trial < c.randomTrials; ++trial) {
-    vt::Call base = c.valid();
-    if (c.randomize)
-      c.randomize(base, rng);
-    else
-      base.randomize_inputs(rng);
+    vt::Call base = random_valid(c, rng);
     for (const vt::ParamInfo* p : floats) {
       const vt::Role r = base.role(p->name);
       if (r != vt::Role::In && r != vt::Role::InOut && r != vt::Role::Frames) continue;
@@ -194,11 +200,7 @@ TEST_P(LevelsAgreeHostile, OnFullScaleInputs) {
   std::mt19937 rng(seed);
   vt::Adversarial words(seed);
   for (int trial = 0; trial < c.hostileTrials; ++trial) {
-    vt::Call base = c.valid();
-    if (c.randomize)
-      c.randomize(base, rng);
-    else
-      base.randomize_inputs(rng);
+    vt::Call base = random_valid(c, rng);
     vt::fz::fill_inputs(base, words);
     expect_same_at_every_level(base, trial);
     if (HasFailure()) break;
