@@ -881,3 +881,6 @@ VSPS_FN(VspStatus, legacy90vspsToneDetect_EC_16s, (const Vsp16s* signal, int len
 VSPS_FN(VspStatus, legacy90vspsToneDetect_EC_32f, (const Vsp32f* signal, int len, int* result, VspsToneDetectState_32f* state), (signal, len, result, state))
 
 /* clang-format on */
+
+#include "vsps/g711.h"
+#include "vsps/g726.h"

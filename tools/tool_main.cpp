@@ -19,8 +19,15 @@ int usage(FILE* f, int status) {
                "  aec FAR.wav NEAR.wav -o OUT.wav [--tail MS]\n"
                "                           sub-band echo canceller: removes the echo of FAR from NEAR\n"
                "  tone FILE.wav            2100 Hz answer tone with phase reversals (8 or 16 kHz)\n"
+               "  g711 encode|decode --law a|u IN OUT [--container bytes|words]\n"
+               "                           G.711 compression of 16-bit PCM into code words, or back\n"
+               "  g726 encode|decode --rate 16|24|32|40 --law a|u|linear IN OUT\n"
+               "      [--format rtp|aal2] [--container bytes|words]\n"
+               "                           G.726 ADPCM: a/u: G.711 code words (or a WAV input) on the PCM\n"
+               "                           side, linear: 16-bit PCM; code words one per byte or packed\n"
                "  info                     processor level, version record and feature masks\n"
-               "Input files: 16-bit PCM mono WAV.\n");
+               "Input files: 16-bit PCM mono WAV; g711/g726 PCM: raw 16-bit little-endian unless\n"
+               "the name ends in .wav (8000 Hz); --container words: one value per 16-bit word.\n");
   return status;
 }
 
@@ -74,8 +81,8 @@ int run_tool(int argc, const char* const* argv, FILE* out, FILE* err) {
     const char* name;
     int (*run)(const Args&, FILE*, FILE*);
   };
-  static constexpr Command kCommands[] = {
-      {"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc}, {"aec", cmd_aec}, {"tone", cmd_tone}};
+  static constexpr Command kCommands[] = {{"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc},  {"aec", cmd_aec},
+                                          {"tone", cmd_tone}, {"g711", cmd_g711}, {"g726", cmd_g726}};
   for (const Command& c : kCommands)
     if (cmd == c.name) {
       legacy90vspscInit();  // its warnings are reported by "vsps info"

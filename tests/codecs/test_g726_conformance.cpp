@@ -1,0 +1,126 @@
+// G.726 through the codec driver on the ITU-T G.726 reset test sequences:
+// the 16 encoder outputs word for word, the 40 decoder outputs (same law,
+// cross law and the decoder-only streams) by their CRC-32 in the ITU list
+// ts-crcs (the decoder output files themselves are not in the set), and the
+// RTP and AAL2 packings of the first 1024 code words of each rate.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/codecs/itu_files.h"
+#include "vsps_codecs.h"
+
+namespace {
+
+constexpr int kRates[4] = {16, 24, 32, 40};
+
+std::vector<uint16_t> encode(int kbps, int law, const std::vector<uint16_t>& in, VspcG726Format format) {
+  int size = 0;
+  vspcG726EncoderGetSize(&size);
+  std::vector<unsigned char> mem(static_cast<std::size_t>(size));
+  auto* enc = reinterpret_cast<VspcG726Encoder*>(mem.data());
+  EXPECT_EQ(vspcG726EncoderInit(enc, kbps, law, format), vspStsNoErr);
+  const std::vector<Vsp8u> codes(in.begin(), in.end());
+  std::vector<Vsp8u> out(static_cast<std::size_t>(vspcG726EncodedBytes(enc, static_cast<int>(in.size()))));
+  EXPECT_EQ(vspcG726Encode(enc, codes.data(), static_cast<int>(codes.size()), out.data()), vspStsNoErr);
+  return {out.begin(), out.end()};
+}
+
+std::vector<uint16_t> decode(int kbps, int law, const std::vector<uint16_t>& in, int n, VspcG726Format format) {
+  int size = 0;
+  vspcG726DecoderGetSize(&size);
+  std::vector<unsigned char> mem(static_cast<std::size_t>(size));
+  auto* dec = reinterpret_cast<VspcG726Decoder*>(mem.data());
+  EXPECT_EQ(vspcG726DecoderInit(dec, kbps, law, format), vspStsNoErr);
+  const std::vector<Vsp8u> codes(in.begin(), in.end());
+  std::vector<Vsp8u> out(static_cast<std::size_t>(n));
+  EXPECT_EQ(vspcG726Decode(dec, codes.data(), n, out.data()), vspStsNoErr);
+  return {out.begin(), out.end()};
+}
+
+class G726Conformance : public testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = itu::folder("g726");
+    if (dir_.empty() || !std::filesystem::exists(dir_ + "/nrm.a"))
+      GTEST_SKIP() << "G.726 test sequences not found (../shared/testvectors/g726)";
+  }
+  std::vector<uint16_t> words(const std::string& name) { return itu::read_words(dir_ + "/" + name); }
+  std::string dir_;
+};
+
+// rn/rv<rate>f<a|m>.i from nrm/ovr.<a|m>.
+TEST_F(G726Conformance, EncoderResetSequences) {
+  int matched = 0;
+  for (const auto& [input, kind] : {std::pair{"nrm", "rn"}, std::pair{"ovr", "rv"}})
+    for (const auto& [law, tag] : {std::pair{vspPcmALaw, 'a'}, std::pair{vspPcmMuLaw, 'm'}})
+      for (int kbps : kRates) {
+        const std::string out = kind + std::to_string(kbps) + "f" + tag + ".i";
+        const auto got = encode(kbps, law, words(std::string(input) + "." + tag), vspcG726Unpacked);
+        EXPECT_EQ(got, words(out)) << out;
+        matched += got == words(out);
+      }
+  EXPECT_EQ(matched, 16);
+  RecordProperty("matched", matched);
+}
+
+// r<n|v><rate>f<a|x|m|c>.o from the .i files, ri<rate>f<a|m>.o from i<rate>.
+TEST_F(G726Conformance, DecoderResetSequencesByCrc) {
+  const auto crcs = itu::read_crc_list(dir_ + "/ts-crcs");
+  // The CRC routine agrees with the list on the files that are present.
+  ASSERT_EQ(crcs.count("rn32fa.i"), 1u);
+  ASSERT_EQ(itu::crc32_le_words(words("rn32fa.i")), crcs.at("rn32fa.i"));
+  struct Job {
+    std::string in, out;
+    int law;
+  };
+  std::vector<Job> jobs;
+  for (const char* kind : {"n", "v"})
+    for (int kbps : kRates) {
+      const std::string stem = std::string("r") + kind + std::to_string(kbps) + "f";
+      jobs.push_back({stem + "a.i", stem + "a.o", vspPcmALaw});
+      jobs.push_back({stem + "a.i", stem + "x.o", vspPcmMuLaw});
+      jobs.push_back({stem + "m.i", stem + "m.o", vspPcmMuLaw});
+      jobs.push_back({stem + "m.i", stem + "c.o", vspPcmALaw});
+    }
+  for (int kbps : kRates) {
+    const std::string k = std::to_string(kbps);
+    jobs.push_back({"i" + k, "ri" + k + "fa.o", vspPcmALaw});
+    jobs.push_back({"i" + k, "ri" + k + "fm.o", vspPcmMuLaw});
+  }
+  int matched = 0;
+  for (const Job& j : jobs) {
+    const int kbps = std::stoi(j.out.substr(2, 2));
+    const auto in = words(j.in);
+    const auto got = decode(kbps, j.law, in, static_cast<int>(in.size()), vspcG726Unpacked);
+    ASSERT_EQ(crcs.count(j.out), 1u) << j.out << " missing from ts-crcs";
+    const bool ok = itu::crc32_le_words(got) == crcs.at(j.out);
+    EXPECT_TRUE(ok) << j.out << " from " << j.in;
+    matched += ok;
+  }
+  EXPECT_EQ(matched, 40);
+  RecordProperty("matched", matched);
+}
+
+// packing/rn<rate>fa_1024.rtp|.aal2: the first 1024 samples of nrm.a encoded
+// straight into packed octets, and those octets decoded as the unpacked codes.
+TEST_F(G726Conformance, PackedCodeWords) {
+  if (!std::filesystem::is_directory(dir_ + "/packing")) GTEST_SKIP() << "packing files not found";
+  auto nrm = words("nrm.a");
+  nrm.resize(1024);
+  for (int kbps : kRates)
+    for (const auto& [format, ext] : {std::pair{vspcG726Rtp, ".rtp"}, std::pair{vspcG726Aal2, ".aal2"}}) {
+      const std::string name = "packing/rn" + std::to_string(kbps) + "fa_1024" + ext;
+      const std::vector<uint8_t> want = itu::read_bytes(dir_ + "/" + name);
+      const auto got = encode(kbps, vspPcmALaw, nrm, format);
+      EXPECT_EQ(std::vector<uint8_t>(got.begin(), got.end()), want) << name;
+      // The decoder reads the packed words: same output as from the unpacked ones.
+      auto codes = words("rn" + std::to_string(kbps) + "fa.i");
+      codes.resize(1024);
+      EXPECT_EQ(decode(kbps, vspPcmALaw, std::vector<uint16_t>(want.begin(), want.end()), 1024, format),
+                decode(kbps, vspPcmALaw, codes, 1024, vspcG726Unpacked))
+          << name;
+    }
+}
+
+}  // namespace
