@@ -2,7 +2,9 @@
 // the 16 encoder outputs word for word, the 40 decoder outputs (same law,
 // cross law and the decoder-only streams) by their CRC-32 in the ITU list
 // ts-crcs (the decoder output files themselves are not in the set), and the
-// RTP and AAL2 packings of the first 1024 code words of each rate.
+// RTP and AAL2 packings of the first 1024 code words of each rate. Also the
+// homing sequences (codec brought to its reset state by a conditioning
+// sequence), whose conditioning files are valid only up to word 3496.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -100,6 +102,57 @@ TEST_F(G726Conformance, DecoderResetSequencesByCrc) {
   }
   EXPECT_EQ(matched, 40);
   RecordProperty("matched", matched);
+}
+
+// Homing: encoder pcm_init.<a|m>, decoder i_ini_<rate>.<output law>
+// (first 3496 words, the rest of those files is damaged) in front of the
+// stream; the outputs exclude the conditioning part. hn16fc.o is the one
+// inconsistent pair of the set (16 kbit/s mu-law codes to A-law): it must
+// be the only decoder output that differs.
+TEST_F(G726Conformance, HomingSequences) {
+  constexpr std::size_t kValid = 3496;
+  auto with_conditioning = [&](const std::string& conditioning, const std::string& stream) {
+    auto w = words(conditioning);
+    w.resize(kValid);
+    const auto s = words(stream);
+    w.insert(w.end(), s.begin(), s.end());
+    return w;
+  };
+  int encoderMatched = 0;
+  for (const auto& [input, kind] : {std::pair{"nrm", "hn"}, std::pair{"ovr", "hv"}})
+    for (const auto& [law, tag] : {std::pair{vspPcmALaw, 'a'}, std::pair{vspPcmMuLaw, 'm'}})
+      for (int kbps : kRates) {
+        const std::string out = kind + std::to_string(kbps) + "f" + tag + ".i";
+        const auto all =
+            encode(kbps, law, with_conditioning(std::string("pcm_init.") + tag, std::string(input) + "." + tag),
+                   vspcG726Unpacked);
+        const bool ok = std::vector<uint16_t>(all.begin() + kValid, all.end()) == words(out);
+        EXPECT_TRUE(ok) << out;
+        encoderMatched += ok;
+      }
+  EXPECT_EQ(encoderMatched, 16);
+  const auto crcs = itu::read_crc_list(dir_ + "/ts-crcs");
+  std::vector<std::string> differing;
+  int decoderMatched = 0;
+  for (const char* kind : {"hn", "hv", "hi"})
+    for (int kbps : kRates)
+      for (const char out : {'a', 'x', 'm', 'c'}) {
+        const bool fromALaw = out == 'a' || out == 'x', toALaw = out == 'a' || out == 'c';
+        if (kind[1] == 'i' && out != 'a' && out != 'm') continue;
+        const std::string k = std::to_string(kbps);
+        const std::string stream = kind[1] == 'i' ? "i" + k : kind + k + "f" + (fromALaw ? "a" : "m") + ".i";
+        const auto in = with_conditioning("i_ini_" + k + (toALaw ? ".a" : ".m"), stream);
+        const auto all =
+            decode(kbps, toALaw ? vspPcmALaw : vspPcmMuLaw, in, static_cast<int>(in.size()), vspcG726Unpacked);
+        const std::string name = kind + k + "f" + out + ".o";
+        ASSERT_EQ(crcs.count(name), 1u) << name;
+        if (itu::crc32_le_words(std::vector<uint16_t>(all.begin() + kValid, all.end())) == crcs.at(name))
+          ++decoderMatched;
+        else
+          differing.push_back(name);
+      }
+  EXPECT_EQ(differing, std::vector<std::string>{"hn16fc.o"});
+  EXPECT_EQ(decoderMatched, 39);
 }
 
 // packing/rn<rate>fa_1024.rtp|.aal2: the first 1024 samples of nrm.a encoded
