@@ -96,16 +96,13 @@ bool write_pcm(const std::string& path, const std::vector<int16_t>& pcm, FILE* e
 bool read_codes(const std::string& path, bool words, int maxValue, std::vector<uint8_t>* codes, FILE* err) {
   std::vector<uint8_t> bytes;
   if (!read_bytes(path, &bytes, err)) return false;
-  if (!words) {
-    *codes = std::move(bytes);
-    return true;
-  }
-  std::vector<uint16_t> w;
-  if (!words_of(path, bytes, &w, err)) return false;
+  std::vector<uint16_t> w(bytes.begin(), bytes.end());
+  if (words && !words_of(path, bytes, &w, err)) return false;
   codes->resize(w.size());
   for (std::size_t i = 0; i < w.size(); ++i) {
     if (w[i] > maxValue) {
-      std::fprintf(err, "vsps: %s: word %zu holds %u, more than %d\n", path.c_str(), i, unsigned(w[i]), maxValue);
+      std::fprintf(err, "vsps: %s: %s %zu holds %u, more than %d\n", path.c_str(), words ? "word" : "byte", i,
+                   unsigned(w[i]), maxValue);
       return false;
     }
     (*codes)[i] = static_cast<uint8_t>(w[i]);

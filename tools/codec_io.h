@@ -18,8 +18,8 @@ bool is_wav_name(const std::string& path);
 bool read_pcm(const std::string& path, std::vector<int16_t>* pcm, FILE* err);
 bool write_pcm(const std::string& path, const std::vector<int16_t>& pcm, FILE* err);
 
-// Code-word streams; `words` selects 16-bit containers. Values above `maxValue`
-// in a word container are refused.
+// Code-word streams; `words` selects 16-bit containers. Values above
+// `maxValue` are refused (e.g. a 5 in a 16 kbit/s G.726 stream).
 bool read_codes(const std::string& path, bool words, int maxValue, std::vector<uint8_t>* codes, FILE* err);
 bool write_codes(const std::string& path, bool words, const std::vector<uint8_t>& codes, FILE* err);
 

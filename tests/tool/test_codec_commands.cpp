@@ -77,7 +77,9 @@ TEST(ToolCodecs, RefuseUnusableInputs) {
       {{"g726", "encode", "--rate", "32", "--law", "a", (dir / "wide.wav").string(), o}, "sampling rate 16000 Hz"},
       {{"g711", "encode", "--law", "u", (dir / "stereo.wav").string(), o}, "channel"},
       {{"g726", "decode", "--rate", "32", "--law", "a", "--container", "words", (dir / "four.bytes").string(), o},
-       "more than 15"},
+       "word 0 holds 513, more than 15"},
+      {{"g726", "decode", "--rate", "16", "--law", "a", (dir / "four.bytes").string(), o},
+       "byte 3 holds 4, more than 3"},
   };
   for (const Case& c : cases) {
     const tooltest::Result r = run(c.args);
