@@ -22,7 +22,7 @@ int cmd_g711(const Args& args, FILE*, FILE* err) {
     std::vector<int16_t> pcm;
     if (!read_pcm(in, &pcm, err)) return 1;
     std::vector<uint8_t> codes(pcm.size());
-    if (!pcm.empty() && vspcG711Encode(law, pcm.data(), static_cast<int>(pcm.size()), codes.data()) != vspStsNoErr) {
+    if (!pcm.empty() && vspscodecG711Encode(law, pcm.data(), static_cast<int>(pcm.size()), codes.data()) != vspStsNoErr) {
       std::fprintf(err, "vsps: library error in the G.711 encoder\n");
       return 1;
     }
@@ -31,7 +31,7 @@ int cmd_g711(const Args& args, FILE*, FILE* err) {
   std::vector<uint8_t> codes;
   if (!read_codes(in, words, 255, &codes, err)) return 1;
   std::vector<int16_t> pcm(codes.size());
-  if (!codes.empty() && vspcG711Decode(law, codes.data(), static_cast<int>(codes.size()), pcm.data()) != vspStsNoErr) {
+  if (!codes.empty() && vspscodecG711Decode(law, codes.data(), static_cast<int>(codes.size()), pcm.data()) != vspStsNoErr) {
     std::fprintf(err, "vsps: library error in the G.711 decoder\n");
     return 1;
   }

@@ -14,7 +14,7 @@ namespace {
 
 struct Setup {
   int kbps = 0, bits = 0, law = -1;
-  VspcG726Format format = vspcG726Unpacked;
+  VspscodecG726Format format = vspscodecG726Unpacked;
   bool words = false;
   // Packed formats: code words that fill whole octets (4, 8, 2, 8) in
   // octets (1, 3, 1, 5).
@@ -39,9 +39,9 @@ bool parse_setup(const Options& opt, Setup* s, FILE* err) {
   if (s->law < 0 || !parse_container(opt.get("--container"), &s->words, err)) return false;
   if (const std::string* f = opt.get("--format")) {
     if (*f == "rtp") {
-      s->format = vspcG726Rtp;
+      s->format = vspscodecG726Rtp;
     } else if (*f == "aal2") {
-      s->format = vspcG726Aal2;
+      s->format = vspscodecG726Aal2;
     } else {
       std::fprintf(err, "vsps: --format %s: use rtp or aal2\n", f->c_str());
       return false;
@@ -63,7 +63,7 @@ int encode(const Setup& s, const std::string& in, const std::string& out, FILE* 
     n = static_cast<int>(pcm.size());
     if (s.law != vspPcmLinear) {  // a WAV input of a log-PCM encoder: compressed with the law first
       law8.resize(pcm.size());
-      if (n > 0 && vspcG711Encode(s.law, pcm.data(), n, law8.data()) != vspStsNoErr) {
+      if (n > 0 && vspscodecG711Encode(s.law, pcm.data(), n, law8.data()) != vspStsNoErr) {
         std::fprintf(err, "vsps: library error in the G.711 encoder\n");
         return 1;
       }
@@ -72,7 +72,7 @@ int encode(const Setup& s, const std::string& in, const std::string& out, FILE* 
     if (!read_codes(in, s.words, 255, &law8, err)) return 1;
     n = static_cast<int>(law8.size());
   }
-  if (s.format != vspcG726Unpacked && n % s.frameCodes() != 0) {
+  if (s.format != vspscodecG726Unpacked && n % s.frameCodes() != 0) {
     std::fprintf(err,
                  "vsps: %s: %d samples leave a truncated last frame: packed %d kbit/s code words fill whole octets "
                  "in groups of %d samples\n",
@@ -80,14 +80,16 @@ int encode(const Setup& s, const std::string& in, const std::string& out, FILE* 
     return 1;
   }
   int size = 0;
-  vspcG726EncoderGetSize(&size);
+  vspscodecG726EncoderGetSize(&size);
   std::vector<unsigned char> mem(static_cast<std::size_t>(size));
-  auto* enc = reinterpret_cast<VspcG726Encoder*>(mem.data());
+  auto* enc = reinterpret_cast<VspscodecG726Encoder*>(mem.data());
   std::vector<uint8_t> codes;
-  if (vspcG726EncoderInit(enc, s.kbps, s.law, s.format) == vspStsNoErr) {
-    codes.resize(static_cast<std::size_t>(vspcG726EncodedBytes(enc, n)));
+  int bytes = 0;
+  if (vspscodecG726EncoderInit(enc, s.kbps, s.law, s.format) == vspStsNoErr &&
+      vspscodecG726EncoderOutputBytes(enc, n, &bytes) == vspStsNoErr) {
+    codes.resize(static_cast<std::size_t>(bytes));
     const void* src = s.law == vspPcmLinear ? static_cast<const void*>(pcm.data()) : law8.data();
-    if (n == 0 || vspcG726Encode(enc, src, n, codes.data()) == vspStsNoErr)
+    if (n == 0 || vspscodecG726EncoderEncode(enc, src, n, codes.data()) == vspStsNoErr)
       return write_codes(out, s.words, codes, err) ? 0 : 1;
   }
   std::fprintf(err, "vsps: library error in the G.726 encoder\n");
@@ -96,9 +98,9 @@ int encode(const Setup& s, const std::string& in, const std::string& out, FILE* 
 
 int decode(const Setup& s, const std::string& in, const std::string& out, FILE* err) {
   std::vector<uint8_t> input;
-  if (!read_codes(in, s.words, s.format == vspcG726Unpacked ? (1 << s.bits) - 1 : 255, &input, err)) return 1;
+  if (!read_codes(in, s.words, s.format == vspscodecG726Unpacked ? (1 << s.bits) - 1 : 255, &input, err)) return 1;
   int n = static_cast<int>(input.size());
-  if (s.format != vspcG726Unpacked) {
+  if (s.format != vspscodecG726Unpacked) {
     if (input.size() % static_cast<std::size_t>(s.frameBytes()) != 0) {
       std::fprintf(err,
                    "vsps: %s: %zu octets end in a truncated frame: packed %d kbit/s code words come in groups of %d "
@@ -109,17 +111,17 @@ int decode(const Setup& s, const std::string& in, const std::string& out, FILE* 
     n = static_cast<int>(input.size() / static_cast<std::size_t>(s.frameBytes())) * s.frameCodes();
   }
   int size = 0;
-  vspcG726DecoderGetSize(&size);
+  vspscodecG726DecoderGetSize(&size);
   std::vector<unsigned char> mem(static_cast<std::size_t>(size));
-  auto* dec = reinterpret_cast<VspcG726Decoder*>(mem.data());
-  if (vspcG726DecoderInit(dec, s.kbps, s.law, s.format) == vspStsNoErr) {
+  auto* dec = reinterpret_cast<VspscodecG726Decoder*>(mem.data());
+  if (vspscodecG726DecoderInit(dec, s.kbps, s.law, s.format) == vspStsNoErr) {
     if (s.law == vspPcmLinear) {
       std::vector<int16_t> pcm(static_cast<std::size_t>(n));
-      if (n == 0 || vspcG726Decode(dec, input.data(), n, pcm.data()) == vspStsNoErr)
+      if (n == 0 || vspscodecG726DecoderDecode(dec, input.data(), n, pcm.data()) == vspStsNoErr)
         return write_pcm(out, pcm, err) ? 0 : 1;
     } else {
       std::vector<uint8_t> law8(static_cast<std::size_t>(n));
-      if (n == 0 || vspcG726Decode(dec, input.data(), n, law8.data()) == vspStsNoErr)
+      if (n == 0 || vspscodecG726DecoderDecode(dec, input.data(), n, law8.data()) == vspStsNoErr)
         return write_codes(out, s.words, law8, err) ? 0 : 1;
     }
   }

@@ -41,10 +41,18 @@ int rate_of_kbps(int kbps, int* bits) {
 bool law_ok(int law) { return law == vspPcmLinear || law == vspPcmALaw || law == vspPcmMuLaw; }
 
 int packed_bytes(const Codec& c, int n) {
-  return c.format == vspcG726Unpacked ? n : static_cast<int>((static_cast<int64_t>(n) * c.bits + 7) / 8);
+  return c.format == vspscodecG726Unpacked ? n : static_cast<int>((static_cast<int64_t>(n) * c.bits + 7) / 8);
 }
 
-int packing_order(const Codec& c) { return c.format == vspcG726Rtp ? vspPackRtp : vspPackAal2; }
+// The bytes of n code words in the object's format; n < 0 is a size error.
+VspStatus byte_count(const Codec* c, int n, int* bytes) {
+  if (c == nullptr || bytes == nullptr) return vspStsNullPtrErr;
+  if (n < 0) return vspStsSizeErr;
+  *bytes = packed_bytes(*c, n);
+  return vspStsNoErr;
+}
+
+int packing_order(const Codec& c) { return c.format == vspscodecG726Rtp ? vspPackRtp : vspPackAal2; }
 
 // Checks the configuration, formats the library's state block with `init`
 // (the encoder's or decoder's) and fills the driver fields; nothing is
@@ -54,7 +62,7 @@ VspStatus init_codec(Codec* c, int kbps, int law, int format, Init init) {
   if (c == nullptr) return vspStsNullPtrErr;
   int bits = 0;
   const int rate = rate_of_kbps(kbps, &bits);
-  if (rate < 0 || !law_ok(law) || format < vspcG726Unpacked || format > vspcG726Aal2) return vspStsRangeErr;
+  if (rate < 0 || !law_ok(law) || format < vspscodecG726Unpacked || format > vspscodecG726Aal2) return vspStsRangeErr;
   int size = 0;
   if (legacy90vspsEncodeGetStateSize_G726_16s8u(&size) != vspStsNoErr || size > kStateCapacity) return vspStsErr;
   if (legacy90vspsDecodeGetStateSize_G726_8u16s(&size) != vspStsNoErr || size > kStateCapacity) return vspStsErr;
@@ -81,32 +89,34 @@ VspStatus set_codec_rate(Codec* c, int kbps, SetRate setRate) {
 
 }  // namespace
 
-struct VspcG726Encoder : Codec {};
-struct VspcG726Decoder : Codec {};
+struct VspscodecG726Encoder : Codec {};
+struct VspscodecG726Decoder : Codec {};
 
 extern "C" {
 
-VspStatus vspcG726EncoderGetSize(int* size) {
+VspStatus vspscodecG726EncoderGetSize(int* size) {
   if (size == nullptr) return vspStsNullPtrErr;
-  *size = static_cast<int>(sizeof(VspcG726Encoder));
+  *size = static_cast<int>(sizeof(VspscodecG726Encoder));
   return vspStsNoErr;
 }
 
-VspStatus vspcG726EncoderInit(VspcG726Encoder* enc, int kbps, int law, VspcG726Format format) {
+VspStatus vspscodecG726EncoderInit(VspscodecG726Encoder* enc, int kbps, int law, int format) {
   return init_codec(enc, kbps, law, format, [](unsigned char* state, int rate, int) {
     return legacy90vspsEncodeInit_G726_16s8u(reinterpret_cast<VspsEncoderState_G726_16s*>(state), rate);
   });
 }
 
-VspStatus vspcG726EncoderSetRate(VspcG726Encoder* enc, int kbps) {
+VspStatus vspscodecG726EncoderSetRate(VspscodecG726Encoder* enc, int kbps) {
   return set_codec_rate(enc, kbps, [](unsigned char* state, int rate) {
     return legacy90vspsEncodeSetRate_G726_16s8u(reinterpret_cast<VspsEncoderState_G726_16s*>(state), rate);
   });
 }
 
-int vspcG726EncodedBytes(const VspcG726Encoder* enc, int n) { return enc == nullptr ? 0 : packed_bytes(*enc, n); }
+VspStatus vspscodecG726EncoderOutputBytes(const VspscodecG726Encoder* enc, int n, int* bytes) {
+  return byte_count(enc, n, bytes);
+}
 
-VspStatus vspcG726Encode(VspcG726Encoder* enc, const void* samples, int n, Vsp8u* out) {
+VspStatus vspscodecG726EncoderEncode(VspscodecG726Encoder* enc, const void* samples, int n, Vsp8u* out) {
   if (enc == nullptr || samples == nullptr || out == nullptr) return vspStsNullPtrErr;
   if (n < 1) return vspStsSizeErr;
   auto* state = reinterpret_cast<VspsEncoderState_G726_16s*>(enc->state);
@@ -119,9 +129,9 @@ VspStatus vspcG726Encode(VspcG726Encoder* enc, const void* samples, int n, Vsp8u
     if (enc->law == vspPcmLinear)
       src = static_cast<const Vsp16s*>(samples) + done;
     else  // G.711 expansion >> 2 is the G.726 EXPAND block
-      st = vspcG711Decode(enc->law, static_cast<const Vsp8u*>(samples) + done, len, pcm);
+      st = vspscodecG711Decode(enc->law, static_cast<const Vsp8u*>(samples) + done, len, pcm);
     if (st != vspStsNoErr) return st;
-    if (enc->format == vspcG726Unpacked) {
+    if (enc->format == vspscodecG726Unpacked) {
       st = legacy90vspsEncode_G726_16s8u(src, out + done, len, state);
     } else {
       st = legacy90vspsEncode_G726_16s8u(src, codes, len, state);
@@ -134,27 +144,29 @@ VspStatus vspcG726Encode(VspcG726Encoder* enc, const void* samples, int n, Vsp8u
   return vspStsNoErr;
 }
 
-VspStatus vspcG726DecoderGetSize(int* size) {
+VspStatus vspscodecG726DecoderGetSize(int* size) {
   if (size == nullptr) return vspStsNullPtrErr;
-  *size = static_cast<int>(sizeof(VspcG726Decoder));
+  *size = static_cast<int>(sizeof(VspscodecG726Decoder));
   return vspStsNoErr;
 }
 
-VspStatus vspcG726DecoderInit(VspcG726Decoder* dec, int kbps, int law, VspcG726Format format) {
+VspStatus vspscodecG726DecoderInit(VspscodecG726Decoder* dec, int kbps, int law, int format) {
   return init_codec(dec, kbps, law, format, [](unsigned char* state, int rate, int pcmLaw) {
     return legacy90vspsDecodeInit_G726_8u16s(reinterpret_cast<VspsDecoderState_G726_16s*>(state), rate, pcmLaw);
   });
 }
 
-VspStatus vspcG726DecoderSetRate(VspcG726Decoder* dec, int kbps) {
+VspStatus vspscodecG726DecoderSetRate(VspscodecG726Decoder* dec, int kbps) {
   return set_codec_rate(dec, kbps, [](unsigned char* state, int rate) {
     return legacy90vspsDecodeSetRate_G726_8u16s(reinterpret_cast<VspsDecoderState_G726_16s*>(state), rate);
   });
 }
 
-int vspcG726DecoderInputBytes(const VspcG726Decoder* dec, int n) { return dec == nullptr ? 0 : packed_bytes(*dec, n); }
+VspStatus vspscodecG726DecoderInputBytes(const VspscodecG726Decoder* dec, int n, int* bytes) {
+  return byte_count(dec, n, bytes);
+}
 
-VspStatus vspcG726Decode(VspcG726Decoder* dec, const Vsp8u* in, int n, void* samples) {
+VspStatus vspscodecG726DecoderDecode(VspscodecG726Decoder* dec, const Vsp8u* in, int n, void* samples) {
   if (dec == nullptr || in == nullptr || samples == nullptr) return vspStsNullPtrErr;
   if (n < 1) return vspStsSizeErr;
   auto* state = reinterpret_cast<VspsDecoderState_G726_16s*>(dec->state);
@@ -164,7 +176,7 @@ VspStatus vspcG726Decode(VspcG726Decoder* dec, const Vsp8u* in, int n, void* sam
     const int len = n - done < kChunk ? n - done : kChunk;
     const Vsp8u* src = in + done;
     VspStatus st = vspStsNoErr;
-    if (dec->format != vspcG726Unpacked) {
+    if (dec->format != vspscodecG726Unpacked) {
       st = legacy90vspsUnpack_G726_8u(in + packed_bytes(*dec, done), codes, len, dec->rate, packing_order(*dec));
       src = codes;
     }

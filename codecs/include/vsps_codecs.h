@@ -1,74 +1,113 @@
-/**
- * \file vsps_codecs.h
- * \brief Codec drivers over the vsps primitives: whole encoders and decoders
- * with caller-allocated objects, built only on the public vsps.h.
+/*
+ * vsps_codecs.h - the companion codec layer: whole encoders, decoders and
+ * the echo canceller, assembled from the exports of vsps.h only.
  *
- * Pattern of every driver: ...GetSize reports the bytes of the object, Init
- * formats caller memory (any alignment of 8 or more) for a configuration,
- * the working calls process blocks of samples or code words and keep the
- * codec state in the object. Nothing allocates. Results are VspStatus
- * values of vsps.h.
+ * The library (vsps.h) computes the standards' steps and holds no frame
+ * loop, no framing and no input or output. This layer holds exactly those:
+ * per codec a driver that runs the frame loop over the library's steps,
+ * keeps the codec's state, and reads and writes the codec's bit-stream
+ * formats. It computes nothing a standard computes: every signal-processing
+ * step is a call into vsps.h.
+ *
+ * Conventions, shared by every driver:
+ *  - Names: vspscodec + codec + object + verb, e.g. vspscodecG726EncoderInit.
+ *  - Objects are caller-allocated: ...GetSize writes the byte size, ...Init
+ *    formats the memory (any alignment), the working calls use it, the
+ *    caller frees it. No allocation, no global state, no I/O.
+ *  - Every function returns a VspStatus of vsps.h, with the library's
+ *    check order (null pointers, then sizes, then ranges; nothing written
+ *    on failure). A status of a library step is passed on unchanged.
+ *  - Bit-stream formats live beside their driver (one per format in use:
+ *    the standards' test-vector formats and the RTP payload formats).
+ *
+ * The drivers' declarations follow, one block per codec.
  */
 #ifndef VSPS_CODECS_H
 #define VSPS_CODECS_H
 
 #include "vsps.h"
 
+#if defined(_WIN32) && !defined(VSPS_CODECS_STATIC)
+#if defined(VSPS_CODECS_BUILDING)
+#define VSPS_CODECS_API __declspec(dllexport)
+#else
+#define VSPS_CODECS_API __declspec(dllimport)
+#endif
+#elif defined(VSPS_CODECS_BUILDING)
+#define VSPS_CODECS_API __attribute__((visibility("default")))
+#else
+#define VSPS_CODECS_API
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
 
+/* The codec layer's version as "major.minor.patch" (the library's), never
+ * null. */
+VSPS_CODECS_API const char* vspscodecGetVersion(void);
+
 /* ---- G.711 --------------------------------------------------------------- */
-/** Compresses n 16-bit linear samples into n G.711 code words (law
- * vspPcmALaw or vspPcmMuLaw, words as transmitted). */
-VspStatus vspcG711Encode(int law, const Vsp16s* pcm, int n, Vsp8u* codes);
-/** Expands n G.711 code words into n 16-bit linear samples. */
-VspStatus vspcG711Decode(int law, const Vsp8u* codes, int n, Vsp16s* pcm);
+/* Compresses n 16-bit linear samples into n G.711 code words (law
+ * vspPcmALaw or vspPcmMuLaw, words as transmitted). Checks: pcm, codes null
+ * vspStsNullPtrErr; n < 1 vspStsSizeErr; another law vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG711Encode(int law, const Vsp16s* pcm, int n, Vsp8u* codes);
+/* Expands n G.711 code words into n 16-bit linear samples; checks as
+ * vspscodecG711Encode. */
+VSPS_CODECS_API VspStatus vspscodecG711Decode(int law, const Vsp8u* codes, int n, Vsp16s* pcm);
 
 /* ---- G.726 --------------------------------------------------------------- */
-/** How G.726 code words are carried in bytes. */
-typedef enum VspcG726Format {
-  vspcG726Unpacked = 0, /**< one code word per byte, in the low bits */
-  vspcG726Rtp = 1,      /**< packed, RFC 3551 order (first word in the low bits) */
-  vspcG726Aal2 = 2      /**< packed, ITU-T I.366.2 order (first word in the high bits) */
-} VspcG726Format;
+/* How G.726 code words are carried in bytes. */
+typedef enum VspscodecG726Format {
+  vspscodecG726Unpacked = 0, /* one code word per byte, in the low bits */
+  vspscodecG726Rtp = 1,      /* packed, RFC 3551 order (first word in the low bits) */
+  vspscodecG726Aal2 = 2      /* packed, ITU-T I.366.2 order (first word in the high bits) */
+} VspscodecG726Format;
 
-typedef struct VspcG726Encoder VspcG726Encoder; /**< opaque encoder object */
-typedef struct VspcG726Decoder VspcG726Decoder; /**< opaque decoder object */
+typedef struct VspscodecG726Encoder VspscodecG726Encoder; /* opaque encoder object */
+typedef struct VspscodecG726Decoder VspscodecG726Decoder; /* opaque decoder object */
 
-/** Bytes of an encoder object (written to *size). */
-VspStatus vspcG726EncoderGetSize(int* size);
-/** Formats an encoder: kbps 16, 24, 32 or 40; law of the input (vspPcmLinear:
- * 16-bit samples, G.726 Annex A; vspPcmALaw / vspPcmMuLaw: G.711 code words);
- * the output format. Also the reset. Errors: null object vspStsNullPtrErr,
- * other values vspStsRangeErr. */
-VspStatus vspcG726EncoderInit(VspcG726Encoder* enc, int kbps, int law, VspcG726Format format);
-/** Changes the rate (16, 24, 32, 40) for the following blocks and keeps the
+/* Bytes of an encoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderGetSize(int* size);
+/* Formats an encoder: kbps 16, 24, 32 or 40; law of the input (vspPcmLinear:
+ * 16-bit samples, G.726 Annex A; vspPcmALaw / vspPcmMuLaw: G.711 code words,
+ * expanded with G.711 before the ADPCM, which is the G.726 log-PCM input);
+ * the output format. Also the reset. Checks: enc null vspStsNullPtrErr;
+ * kbps, law or format outside their sets vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderInit(VspscodecG726Encoder* enc, int kbps, int law, int format);
+/* Changes the rate (16, 24, 32, 40) for the following blocks and keeps the
  * codec state. */
-VspStatus vspcG726EncoderSetRate(VspcG726Encoder* enc, int kbps);
-/** Bytes that n samples encode to in the encoder's format: n unpacked,
- * (n*bits + 7)/8 packed. */
-int vspcG726EncodedBytes(const VspcG726Encoder* enc, int n);
-/** Encodes n samples (const Vsp16s* for the linear law, const Vsp8u* code
- * words for A-law and mu-law) into vspcG726EncodedBytes(enc, n) bytes. In a
- * packed format a block whose code words do not fill whole octets ends with
- * zero padding: give blocks of a multiple of 8 samples except the last. */
-VspStatus vspcG726Encode(VspcG726Encoder* enc, const void* samples, int n, Vsp8u* out);
+VSPS_CODECS_API VspStatus vspscodecG726EncoderSetRate(VspscodecG726Encoder* enc, int kbps);
+/* Bytes that n samples encode to in the encoder's format (n unpacked,
+ * (n*bits + 7)/8 packed), written to *bytes. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderOutputBytes(const VspscodecG726Encoder* enc, int n, int* bytes);
+/* Encodes n samples (const Vsp16s* for the linear law, const Vsp8u* code
+ * words for A-law and mu-law) into vspscodecG726EncoderOutputBytes bytes. In
+ * a packed format a block whose code words do not fill whole octets ends
+ * with zero padding: give blocks of a multiple of 8 samples except the
+ * last. Checks: enc, samples, out null vspStsNullPtrErr; n < 1
+ * vspStsSizeErr. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderEncode(VspscodecG726Encoder* enc, const void* samples, int n,
+                                                     Vsp8u* out);
 
-/** Bytes of a decoder object (written to *size). */
-VspStatus vspcG726DecoderGetSize(int* size);
-/** Formats a decoder: kbps 16, 24, 32 or 40; output law (vspPcmLinear: 16-bit
+/* Bytes of a decoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderGetSize(int* size);
+/* Formats a decoder: kbps 16, 24, 32 or 40; output law (vspPcmLinear: 16-bit
  * samples, Annex A limiting; vspPcmALaw / vspPcmMuLaw: G.711 code words after
- * the synchronous coding adjustment); the input format. Also the reset. */
-VspStatus vspcG726DecoderInit(VspcG726Decoder* dec, int kbps, int law, VspcG726Format format);
-/** Changes the rate for the following blocks and keeps the codec state. */
-VspStatus vspcG726DecoderSetRate(VspcG726Decoder* dec, int kbps);
-/** Bytes that hold n code words in the decoder's format. */
-int vspcG726DecoderInputBytes(const VspcG726Decoder* dec, int n);
-/** Decodes n code words from vspcG726DecoderInputBytes(dec, n) bytes into n
- * output samples (Vsp16s* for the linear law, Vsp8u* code words for A-law and
- * mu-law). */
-VspStatus vspcG726Decode(VspcG726Decoder* dec, const Vsp8u* in, int n, void* samples);
+ * the synchronous coding adjustment); the input format. Also the reset.
+ * Checks as vspscodecG726EncoderInit. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderInit(VspscodecG726Decoder* dec, int kbps, int law, int format);
+/* Changes the rate for the following blocks and keeps the codec state. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderSetRate(VspscodecG726Decoder* dec, int kbps);
+/* Bytes that hold n code words in the decoder's format, written to *bytes. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderInputBytes(const VspscodecG726Decoder* dec, int n, int* bytes);
+/* Decodes n code words from vspscodecG726DecoderInputBytes bytes into n
+ * output samples (Vsp16s* for the linear law, Vsp8u* code words for A-law
+ * and mu-law). Checks: dec, in, samples null vspStsNullPtrErr; n < 1
+ * vspStsSizeErr. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderDecode(VspscodecG726Decoder* dec, const Vsp8u* in, int n,
+                                                     void* samples);
+
 
 #ifdef __cplusplus
 }

@@ -11,14 +11,14 @@ namespace {
 std::vector<uint16_t> compress(int law, const std::vector<uint16_t>& pcm) {
   const std::vector<Vsp16s> x(pcm.begin(), pcm.end());
   std::vector<Vsp8u> codes(x.size());
-  EXPECT_EQ(vspcG711Encode(law, x.data(), static_cast<int>(x.size()), codes.data()), vspStsNoErr);
+  EXPECT_EQ(vspscodecG711Encode(law, x.data(), static_cast<int>(x.size()), codes.data()), vspStsNoErr);
   return {codes.begin(), codes.end()};
 }
 
 std::vector<uint16_t> expand(int law, const std::vector<uint16_t>& words) {
   const std::vector<Vsp8u> codes(words.begin(), words.end());
   std::vector<Vsp16s> y(codes.size());
-  EXPECT_EQ(vspcG711Decode(law, codes.data(), static_cast<int>(codes.size()), y.data()), vspStsNoErr);
+  EXPECT_EQ(vspscodecG711Decode(law, codes.data(), static_cast<int>(codes.size()), y.data()), vspStsNoErr);
   return {y.begin(), y.end()};
 }
 

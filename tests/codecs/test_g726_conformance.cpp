@@ -16,27 +16,29 @@ namespace {
 
 constexpr int kRates[4] = {16, 24, 32, 40};
 
-std::vector<uint16_t> encode(int kbps, int law, const std::vector<uint16_t>& in, VspcG726Format format) {
+std::vector<uint16_t> encode(int kbps, int law, const std::vector<uint16_t>& in, VspscodecG726Format format) {
   int size = 0;
-  vspcG726EncoderGetSize(&size);
+  vspscodecG726EncoderGetSize(&size);
   std::vector<unsigned char> mem(static_cast<std::size_t>(size));
-  auto* enc = reinterpret_cast<VspcG726Encoder*>(mem.data());
-  EXPECT_EQ(vspcG726EncoderInit(enc, kbps, law, format), vspStsNoErr);
+  auto* enc = reinterpret_cast<VspscodecG726Encoder*>(mem.data());
+  EXPECT_EQ(vspscodecG726EncoderInit(enc, kbps, law, format), vspStsNoErr);
   const std::vector<Vsp8u> codes(in.begin(), in.end());
-  std::vector<Vsp8u> out(static_cast<std::size_t>(vspcG726EncodedBytes(enc, static_cast<int>(in.size()))));
-  EXPECT_EQ(vspcG726Encode(enc, codes.data(), static_cast<int>(codes.size()), out.data()), vspStsNoErr);
+  int bytes = 0;
+  EXPECT_EQ(vspscodecG726EncoderOutputBytes(enc, static_cast<int>(in.size()), &bytes), vspStsNoErr);
+  std::vector<Vsp8u> out(static_cast<std::size_t>(bytes));
+  EXPECT_EQ(vspscodecG726EncoderEncode(enc, codes.data(), static_cast<int>(codes.size()), out.data()), vspStsNoErr);
   return {out.begin(), out.end()};
 }
 
-std::vector<uint16_t> decode(int kbps, int law, const std::vector<uint16_t>& in, int n, VspcG726Format format) {
+std::vector<uint16_t> decode(int kbps, int law, const std::vector<uint16_t>& in, int n, VspscodecG726Format format) {
   int size = 0;
-  vspcG726DecoderGetSize(&size);
+  vspscodecG726DecoderGetSize(&size);
   std::vector<unsigned char> mem(static_cast<std::size_t>(size));
-  auto* dec = reinterpret_cast<VspcG726Decoder*>(mem.data());
-  EXPECT_EQ(vspcG726DecoderInit(dec, kbps, law, format), vspStsNoErr);
+  auto* dec = reinterpret_cast<VspscodecG726Decoder*>(mem.data());
+  EXPECT_EQ(vspscodecG726DecoderInit(dec, kbps, law, format), vspStsNoErr);
   const std::vector<Vsp8u> codes(in.begin(), in.end());
   std::vector<Vsp8u> out(static_cast<std::size_t>(n));
-  EXPECT_EQ(vspcG726Decode(dec, codes.data(), n, out.data()), vspStsNoErr);
+  EXPECT_EQ(vspscodecG726DecoderDecode(dec, codes.data(), n, out.data()), vspStsNoErr);
   return {out.begin(), out.end()};
 }
 
@@ -58,7 +60,7 @@ TEST_F(G726Conformance, EncoderResetSequences) {
     for (const auto& [law, tag] : {std::pair{vspPcmALaw, 'a'}, std::pair{vspPcmMuLaw, 'm'}})
       for (int kbps : kRates) {
         const std::string out = kind + std::to_string(kbps) + "f" + tag + ".i";
-        const auto got = encode(kbps, law, words(std::string(input) + "." + tag), vspcG726Unpacked);
+        const auto got = encode(kbps, law, words(std::string(input) + "." + tag), vspscodecG726Unpacked);
         EXPECT_EQ(got, words(out)) << out;
         matched += got == words(out);
       }
@@ -94,7 +96,7 @@ TEST_F(G726Conformance, DecoderResetSequencesByCrc) {
   for (const Job& j : jobs) {
     const int kbps = std::stoi(j.out.substr(2, 2));
     const auto in = words(j.in);
-    const auto got = decode(kbps, j.law, in, static_cast<int>(in.size()), vspcG726Unpacked);
+    const auto got = decode(kbps, j.law, in, static_cast<int>(in.size()), vspscodecG726Unpacked);
     ASSERT_EQ(crcs.count(j.out), 1u) << j.out << " missing from ts-crcs";
     const bool ok = itu::crc32_le_words(got) == crcs.at(j.out);
     EXPECT_TRUE(ok) << j.out << " from " << j.in;
@@ -125,7 +127,7 @@ TEST_F(G726Conformance, HomingSequences) {
         const std::string out = kind + std::to_string(kbps) + "f" + tag + ".i";
         const auto all =
             encode(kbps, law, with_conditioning(std::string("pcm_init.") + tag, std::string(input) + "." + tag),
-                   vspcG726Unpacked);
+                   vspscodecG726Unpacked);
         const bool ok = std::vector<uint16_t>(all.begin() + kValid, all.end()) == words(out);
         EXPECT_TRUE(ok) << out;
         encoderMatched += ok;
@@ -143,7 +145,7 @@ TEST_F(G726Conformance, HomingSequences) {
         const std::string stream = kind[1] == 'i' ? "i" + k : kind + k + "f" + (fromALaw ? "a" : "m") + ".i";
         const auto in = with_conditioning("i_ini_" + k + (toALaw ? ".a" : ".m"), stream);
         const auto all =
-            decode(kbps, toALaw ? vspPcmALaw : vspPcmMuLaw, in, static_cast<int>(in.size()), vspcG726Unpacked);
+            decode(kbps, toALaw ? vspPcmALaw : vspPcmMuLaw, in, static_cast<int>(in.size()), vspscodecG726Unpacked);
         const std::string name = kind + k + "f" + out + ".o";
         ASSERT_EQ(crcs.count(name), 1u) << name;
         if (itu::crc32_le_words(std::vector<uint16_t>(all.begin() + kValid, all.end())) == crcs.at(name))
@@ -162,7 +164,7 @@ TEST_F(G726Conformance, PackedCodeWords) {
   auto nrm = words("nrm.a");
   nrm.resize(1024);
   for (int kbps : kRates)
-    for (const auto& [format, ext] : {std::pair{vspcG726Rtp, ".rtp"}, std::pair{vspcG726Aal2, ".aal2"}}) {
+    for (const auto& [format, ext] : {std::pair{vspscodecG726Rtp, ".rtp"}, std::pair{vspscodecG726Aal2, ".aal2"}}) {
       const std::string name = "packing/rn" + std::to_string(kbps) + "fa_1024" + ext;
       const std::vector<uint8_t> want = itu::read_bytes(dir_ + "/" + name);
       const auto got = encode(kbps, vspPcmALaw, nrm, format);
@@ -171,7 +173,7 @@ TEST_F(G726Conformance, PackedCodeWords) {
       auto codes = words("rn" + std::to_string(kbps) + "fa.i");
       codes.resize(1024);
       EXPECT_EQ(decode(kbps, vspPcmALaw, std::vector<uint16_t>(want.begin(), want.end()), 1024, format),
-                decode(kbps, vspPcmALaw, codes, 1024, vspcG726Unpacked))
+                decode(kbps, vspPcmALaw, codes, 1024, vspscodecG726Unpacked))
           << name;
     }
 }
