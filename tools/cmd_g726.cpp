@@ -131,13 +131,23 @@ int decode(const Setup& s, const std::string& in, const std::string& out, FILE* 
 
 }  // namespace
 
-int cmd_g726(const Args& args, FILE*, FILE* err) {
+const CommandSpec kG726Spec = {
+    "g726",
+    "encode|decode --rate R --law L IN OUT [options]",
+    "G.726 ADPCM at 16-40 kbit/s between G.711 or linear PCM and code words",
+    {{"--rate", "16|24|32|40", "kbit/s (required)"},
+     {"--law", "a|u|linear", "PCM side: G.711 code words (a WAV input is compressed first) or 16-bit PCM (required)"},
+     {"--format", "rtp|aal2", "code words packed into octets (RFC 3551 or I.366.2 order)"},
+     {"--container", "bytes|words", "unpacked code words and G.711 words one per byte (default) or 16-bit word"}}};
+
+int cmd_g726(const Args& args, FILE* stdOut, FILE* err) {
   Options opt;
-  if (!parse_options(args, {"--rate", "--law", "--format", "--container"}, &opt, err)) return 2;
+  if (const int status = parse_or_exit(kG726Spec, args, &opt, stdOut, err); status >= 0) return status;
   if (opt.positional.size() != 3 || (opt.positional[0] != "encode" && opt.positional[0] != "decode")) {
     std::fprintf(err, "vsps: g726 needs encode|decode, an input and an output file\n");
     return 2;
   }
+  if (!output_names_no_input(opt.positional[2], opt.positional[1], err)) return 1;
   Setup s;
   if (!parse_setup(opt, &s, err)) return 2;
   return opt.positional[0] == "encode" ? encode(s, opt.positional[1], opt.positional[2], err)

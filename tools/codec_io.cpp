@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "tools/commands.h"
+#include "tools/output_file.h"
 #include "tools/wav_io.h"
 #include "vsps.h"
 
@@ -32,17 +33,21 @@ bool read_bytes(const std::string& path, std::vector<uint8_t>* bytes, FILE* err)
 }
 
 bool write_bytes(const std::string& path, const std::vector<uint8_t>& bytes, FILE* err) {
-  FILE* f = std::fopen(path.c_str(), "wb");
-  if (f == nullptr) {
-    std::fprintf(err, "vsps: %s: cannot create (%s)\n", path.c_str(), std::strerror(errno));
-    return false;
+  OutputFile f;
+  std::string error;
+  if (f.create(path, &error)) {
+    std::fwrite(bytes.data(), 1, bytes.size(), f.file());
+    if (f.finish(&error)) return true;
   }
-  const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
-  if (std::fclose(f) != 0 || !ok) {
-    std::fprintf(err, "vsps: %s: write error\n", path.c_str());
-    return false;
-  }
-  return true;
+  std::fprintf(err, "vsps: %s\n", error.c_str());
+  return false;
+}
+
+bool output_names_no_input(const std::string& out, const std::string& in, FILE* err) {
+  std::string error;
+  if (output_is_not_an_input(out, {in}, &error)) return true;
+  std::fprintf(err, "vsps: %s\n", error.c_str());
+  return false;
 }
 
 namespace {

@@ -23,7 +23,10 @@ bool write_pcm(const std::string& path, const std::vector<int16_t>& pcm, FILE* e
 bool read_codes(const std::string& path, bool words, int maxValue, std::vector<uint8_t>* codes, FILE* err);
 bool write_codes(const std::string& path, bool words, const std::vector<uint8_t>& codes, FILE* err);
 
-// Raw bytes in and out.
+// False with the reason on err when OUT names the input (the same file).
+bool output_names_no_input(const std::string& out, const std::string& in, FILE* err);
+
+// Raw bytes in and out (every write error reported).
 bool read_bytes(const std::string& path, std::vector<uint8_t>* bytes, FILE* err);
 bool write_bytes(const std::string& path, const std::vector<uint8_t>& bytes, FILE* err);
 
