@@ -20,6 +20,9 @@ int usage(FILE* f, int status) {
                "                           sub-band echo canceller: removes the echo of FAR from NEAR\n"
                "  tone FILE.wav            2100 Hz answer tone with phase reversals (8 or 16 kHz)\n"
                "  info                     processor level, version record and feature masks\n"
+               "  amr encode (--mode 4.75|5.15|5.9|6.7|7.4|7.95|10.2|12.2 | --mode-file F) [--dtx --vad 1|2] IN OUT\n"
+               "  amr decode IN OUT        GSM-AMR codec; bit-streams .amr (RFC 4867) or the standard's serial\n"
+               "                           format, audio .wav or raw 16-bit PCM\n"
                "Input files: 16-bit PCM mono WAV.\n");
   return status;
 }
@@ -75,7 +78,7 @@ int run_tool(int argc, const char* const* argv, FILE* out, FILE* err) {
     int (*run)(const Args&, FILE*, FILE*);
   };
   static constexpr Command kCommands[] = {
-      {"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc}, {"aec", cmd_aec}, {"tone", cmd_tone}};
+      {"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc}, {"aec", cmd_aec}, {"tone", cmd_tone}, {"amr", cmd_amr}};
   for (const Command& c : kCommands)
     if (cmd == c.name) {
       legacy90vspscInit();  // its warnings are reported by "vsps info"

@@ -192,6 +192,10 @@ TEST(ToolErrors, ClearMessagesAndExitStatuses) {
       {{"aec", ok, ok, "-o", (dir / "o.wav").string(), "--tail", "0"}, 2, "--tail takes 4 to 1000 ms"},
       {{"aec", ok, ok, "-o", (dir / "no-such-dir" / "o.wav").string()}, 1, "cannot create"},
       {{"demo", "input.wav"}, 2, "demo takes no input"},
+      {{"amr"}, 2, "amr needs encode or decode"},
+      {{"amr", "decode", ok}, 2, "amr decode needs IN and OUT"},
+      {{"amr", "decode", (dir / "none.cod").string(), (dir / "o.pcm").string()}, 1, "cannot open"},
+      {{"amr", "decode", ok, (dir / "o.pcm").string()}, 1, "is truncated"},
       {{"frobnicate"}, 2, "unknown command frobnicate"},
   };
   for (const Case& c : cases) {
