@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tools/commands.h"
+#include "tools/output_file.h"
 #include "tools/wav_io.h"
 #include "vsps_codecs.h"
 
@@ -31,19 +32,21 @@ bool read_file(const std::string& path, std::vector<uint8_t>* data, FILE* err) {
 }
 
 bool write_audio(const std::string& path, const std::vector<int16_t>& pcm, FILE* err) {
+  std::string error;
   if (ends_with(path, ".wav")) {
-    std::string error;
     if (write_wav(path, 8000, pcm, &error)) return true;
     std::fprintf(err, "vsps: %s\n", error.c_str());
     return false;
   }
-  std::ofstream f(path, std::ios::binary);
-  for (int16_t v : pcm) {
-    const char b[2] = {static_cast<char>(v & 0xFF), static_cast<char>((v >> 8) & 0xFF)};
-    f.write(b, 2);
+  OutputFile f;
+  if (f.create(path, &error)) {
+    for (int16_t v : pcm) {
+      const unsigned char b[2] = {static_cast<unsigned char>(v & 0xFF), static_cast<unsigned char>((v >> 8) & 0xFF)};
+      std::fwrite(b, 1, 2, f.file());
+    }
+    if (f.finish(&error)) return true;
   }
-  if (f) return true;
-  std::fprintf(err, "vsps: cannot write %s\n", path.c_str());
+  std::fprintf(err, "vsps: %s\n", error.c_str());
   return false;
 }
 
@@ -115,14 +118,32 @@ int decode(const std::string& in, const std::string& out, FILE* err) {
 
 }  // namespace
 
+const CommandSpec kAmrSpec = {
+    "amr",
+    "encode|decode [options] IN OUT",
+    "GSM-AMR codec: .amr (RFC 4867) or the standard's serial bit-stream, audio .wav or raw 16-bit PCM",
+    {{"--mode", "KBPS", "encode: 4.75, 5.15, 5.9, 6.7, 7.4, 7.95, 10.2 or 12.2"},
+     {"--mode-file", "FILE", "encode: one mode name (MR475 .. MR122) per frame"},
+     {"--dtx", nullptr, "encode: discontinuous transmission"},
+     {"--vad", "1|2", "encode with --dtx: VAD option"}}};
+
 int cmd_amr(const Args& args, FILE* out, FILE* err) {
-  (void)out;
-  if (!args.empty() && args[0] == "decode") {
-    if (args.size() == 3) return decode(args[1], args[2], err);
-    std::fprintf(err, "vsps: amr decode needs IN and OUT\n");
-    return 2;
+  Options opt;
+  if (const int status = parse_or_exit(kAmrSpec, args, &opt, out, err); status >= 0) return status;
+  const auto& pos = opt.positional;
+  if (!pos.empty() && pos[0] == "decode") {
+    if (pos.size() != 3) {
+      std::fprintf(err, "vsps: amr decode needs IN and OUT\n");
+      return 2;
+    }
+    std::string error;
+    if (!output_is_not_an_input(pos[2], {pos[1]}, &error)) {
+      std::fprintf(err, "vsps: %s\n", error.c_str());
+      return 1;
+    }
+    return decode(pos[1], pos[2], err);
   }
-  if (!args.empty() && args[0] == "encode") {
+  if (!pos.empty() && pos[0] == "encode") {
     std::fprintf(err, "vsps: amr encode is not available in this build (decoder only)\n");
     return 1;
   }
