@@ -3,14 +3,11 @@
 // (.amr) to 8 kHz audio (.wav, else raw 16-bit little-endian PCM).
 #include <cstdint>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
+#include "tools/codec_io.h"
 #include "tools/commands.h"
-#include "tools/output_file.h"
-#include "tools/wav_io.h"
 #include "vsps_codecs.h"
 
 namespace vsps::tool {
@@ -21,35 +18,6 @@ bool ends_with(const std::string& s, const char* suffix) {
   return s.size() >= n && s.compare(s.size() - n, n, suffix) == 0;
 }
 
-bool read_file(const std::string& path, std::vector<uint8_t>* data, FILE* err) {
-  std::ifstream f(path, std::ios::binary);
-  if (!f) {
-    std::fprintf(err, "vsps: cannot open %s\n", path.c_str());
-    return false;
-  }
-  data->assign(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
-  return true;
-}
-
-bool write_audio(const std::string& path, const std::vector<int16_t>& pcm, FILE* err) {
-  std::string error;
-  if (ends_with(path, ".wav")) {
-    if (write_wav(path, 8000, pcm, &error)) return true;
-    std::fprintf(err, "vsps: %s\n", error.c_str());
-    return false;
-  }
-  OutputFile f;
-  if (f.create(path, &error)) {
-    for (int16_t v : pcm) {
-      const unsigned char b[2] = {static_cast<unsigned char>(v & 0xFF), static_cast<unsigned char>((v >> 8) & 0xFF)};
-      std::fwrite(b, 1, 2, f.file());
-    }
-    if (f.finish(&error)) return true;
-  }
-  std::fprintf(err, "vsps: %s\n", error.c_str());
-  return false;
-}
-
 // One decoded frame from either format: rx type, mode (-1: previous), bits.
 struct Frame {
   int rx = 0, mode = 0;
@@ -58,7 +26,7 @@ struct Frame {
 
 int decode(const std::string& in, const std::string& out, FILE* err) {
   std::vector<uint8_t> data;
-  if (!read_file(in, &data, err)) return 1;
+  if (!read_bytes(in, &data, err)) return 1;
   const bool storage = ends_with(in, ".amr") || (data.size() >= 5 && std::memcmp(data.data(), "#!AMR", 5) == 0);
   std::vector<Frame> frames;
   if (storage) {
@@ -113,7 +81,7 @@ int decode(const std::string& in, const std::string& out, FILE* err) {
       return 1;
     }
   }
-  return write_audio(out, pcm, err) ? 0 : 1;
+  return write_pcm(out, pcm, err) ? 0 : 1;
 }
 
 }  // namespace
@@ -136,11 +104,7 @@ int cmd_amr(const Args& args, FILE* out, FILE* err) {
       std::fprintf(err, "vsps: amr decode needs IN and OUT\n");
       return 2;
     }
-    std::string error;
-    if (!output_is_not_an_input(pos[2], {pos[1]}, &error)) {
-      std::fprintf(err, "vsps: %s\n", error.c_str());
-      return 1;
-    }
+    if (!output_names_no_input(pos[2], pos[1], err)) return 1;
     return decode(pos[1], pos[2], err);
   }
   if (!pos.empty() && pos[0] == "encode") {
