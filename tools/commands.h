@@ -19,17 +19,19 @@ int cmd_demo(const Args& args, FILE* out, FILE* err);  // [-o DIR]
 int cmd_info(const Args& args, FILE* out, FILE* err);
 int cmd_lpc(const Args& args, FILE* out,
             FILE* err);  // FILE.wav [--codec g729|amr] [--mode KBPS] [--format csv|json] [-o OUT]
-int cmd_aec(const Args& args, FILE* out, FILE* err);   // FAR.wav NEAR.wav -o OUT.wav [--tail MS]
+int cmd_aec(const Args& args, FILE* out, FILE* err);   // FAR.wav NEAR.wav -o OUT.wav [--tail MS] [--no-nlp] [--blocks]
 int cmd_tone(const Args& args, FILE* out, FILE* err);  // FILE.wav
 
-// Options: "--name value" pairs after the positional words. Returns false
-// (with a message on err) on an unknown option or a missing value.
+// Options: "--name value" pairs after the positional words, and switches
+// without a value (stored with an empty value). Returns false (with a
+// message on err) on an unknown option or a missing value.
 struct Options {
   std::vector<std::string> positional;
   std::vector<std::pair<std::string, std::string>> named;
   const std::string* get(const std::string& name) const;
 };
-bool parse_options(const Args& args, const std::vector<std::string>& known, Options* opt, FILE* err);
+bool parse_options(const Args& args, const std::vector<std::string>& known, Options* opt, FILE* err,
+                   const std::vector<std::string>& switches = {});
 
 struct WavAudio;
 // Reads a WAV input of a command and checks its rate against `rates`;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 
 #include "tools/commands.h"
@@ -32,11 +33,16 @@ const std::string* Options::get(const std::string& name) const {
   return nullptr;
 }
 
-bool parse_options(const Args& args, const std::vector<std::string>& known, Options* opt, FILE* err) {
+bool parse_options(const Args& args, const std::vector<std::string>& known, Options* opt, FILE* err,
+                   const std::vector<std::string>& switches) {
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& a = args[i];
     if (a.size() < 2 || a[0] != '-') {
       opt->positional.push_back(a);
+      continue;
+    }
+    if (std::find(switches.begin(), switches.end(), a) != switches.end()) {
+      opt->named.emplace_back(a, std::string());
       continue;
     }
     bool isKnown = false;
