@@ -10,6 +10,7 @@
 #include <cstdlib>
 
 #include "tools/commands.h"
+#include "tools/output_file.h"
 #include "tools/progress.h"
 #include "tools/wav_io.h"
 #include "vsps_codecs.h"
@@ -27,14 +28,28 @@ struct BlockStats {
 
 }  // namespace
 
+const CommandSpec kAecSpec = {
+    "aec",
+    "FAR.wav NEAR.wav -o OUT.wav [options]",
+    "echo canceller: removes the echo of FAR from NEAR (8 or 16 kHz)",
+    {{"-o", "OUT.wav", "the near end with the echo removed (required)"},
+     {"--tail", "MS", "echo tail covered, 1 to 128 ms at 8 kHz, 1 to 64 at 16 kHz (default 64)"},
+     {"--no-nlp", nullptr, "no noise filter: the linear canceller's residual"},
+     {"--blocks", nullptr, "per 0.5 s block: ERLE, double talk and tone disabling"}}};
+
 int cmd_aec(const Args& args, FILE* out, FILE* err) {
   Options opt;
-  if (!parse_options(args, {"-o", "--tail"}, &opt, err, {"--no-nlp", "--blocks"})) return 2;
+  if (const int status = parse_or_exit(kAecSpec, args, &opt, out, err); status >= 0) return status;
   if (opt.positional.size() != 2 || !opt.get("-o")) {
     std::fprintf(err, "vsps: aec needs FAR.wav NEAR.wav -o OUT.wav [--tail MS] [--no-nlp] [--blocks]\n");
     return 2;
   }
   const int tailMs = opt.get("--tail") ? std::atoi(opt.get("--tail")->c_str()) : 64;
+  std::string error;
+  if (!output_is_not_an_input(*opt.get("-o"), opt.positional, &error)) {
+    std::fprintf(err, "vsps: %s\n", error.c_str());
+    return 1;
+  }
   WavAudio farWav, nearWav;
   const char* needs = "the canceller runs at 8000 or 16000 Hz";
   if (!load_wav(opt.positional[0], {8000, 16000}, needs, &farWav, err) ||
@@ -87,7 +102,6 @@ int cmd_aec(const Args& args, FILE* out, FILE* err) {
   }
   std::vector<Vsp16s> pcm(y.begin() + static_cast<std::ptrdiff_t>(delay),
                           y.begin() + static_cast<std::ptrdiff_t>(delay + n));
-  std::string error;
   if (!write_wav(*opt.get("-o"), rate, pcm, &error)) {
     std::fprintf(err, "vsps: %s\n", error.c_str());
     return 1;
