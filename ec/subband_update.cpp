@@ -72,6 +72,7 @@ VspStatus legacy90vspsFIRSubbandCoeffUpdate_EC_32fc_I(const Vsp64f* step, const 
     const std::size_t bytes = sizeof(Vsp32fc) * static_cast<std::size_t>(numSubbands);
     if (simd::same_or_disjoint(h, x, bytes)) {
       const __m256d sign = _mm256_set1_pd(-0.0);
+      const __m128 qnan = _mm_castsi128_ps(_mm_set1_epi32(0x7FC00000));
       for (; k0 + 2 <= numSubbands; k0 += 2) {
         const __m256d tv = _mm256_loadu_pd(&t[2 * k0]);
         const __m256d xv = _mm256_cvtps_pd(_mm_loadu_ps(&x[k0].re));
@@ -79,7 +80,8 @@ VspStatus legacy90vspsFIRSubbandCoeffUpdate_EC_32fc_I(const Vsp64f* step, const 
         const __m256d p2 = _mm256_mul_pd(_mm256_permute_pd(xv, 0xF), _mm256_permute_pd(tv, 0x5));
         const __m256d d = _mm256_addsub_pd(p1, _mm256_xor_pd(p2, sign));
         const __m256d hv = _mm256_add_pd(_mm256_cvtps_pd(_mm_loadu_ps(&h[k0].re)), d);
-        _mm_storeu_ps(&h[k0].re, _mm256_cvtpd_ps(hv));
+        const __m128 r = _mm256_cvtpd_ps(hv);
+        _mm_storeu_ps(&h[k0].re, _mm_blendv_ps(r, qnan, _mm_cmpunord_ps(r, r)));  // canonical NaN
       }
     }
 #endif
@@ -88,11 +90,10 @@ VspStatus legacy90vspsFIRSubbandCoeffUpdate_EC_32fc_I(const Vsp64f* step, const 
       const double xr = x[k].re, xi = x[k].im;
       const double re = tr * xr + ti * xi;
       const double im = ti * xr - tr * xi;
-      h[k].re = static_cast<float>(double(h[k].re) + re);
-      h[k].im = static_cast<float>(double(h[k].im) + im);
+      h[k].re = fout::canonical(static_cast<float>(double(h[k].re) + re));
+      h[k].im = fout::canonical(static_cast<float>(double(h[k].im) + im));
     }
   }
-  for (int m = 0; m < numSegments; ++m) fout::canonicalise(&coeffFrames[m][0].re, 2 * std::size_t(numSubbands));
   return vspStsNoErr;
 }
 
