@@ -11,14 +11,17 @@
 // block, peers per 10 ms block or per sample as they are called.
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <cmath>
 #include <vector>
 
 #include "tools/echo/echo_scenario.h"
 #include "tools/echo/g168_models.h"
+#include "tools/echo/g168_scenarios.h"
 #include "tools/echo/subband_echo_canceller.h"
 #include "tools/speech_signal.h"
 #include "vsps.h"
+#include "vsps_codecs.h"
 
 #if defined(VSPS_BENCH_SPEEXDSP)
 #include <speex/speex_echo.h>
@@ -271,5 +274,96 @@ void BM_Peer_SpanDspConnectTones(benchmark::State& state) {
 }
 BENCHMARK(BM_Peer_SpanDspConnectTones);
 #endif
+
+// ---- the eight G.168 scenarios, ours beside the peers ---------------------------
+// One iteration runs a whole 12 s file; counters: erle_db (steady state),
+// talk_snr_db (double talk), divergent (0.5 s blocks louder than the
+// input), converge_s, reconverge_s, us_per_10ms. Arg = scenario index.
+namespace scen {
+
+using Runner = std::vector<int16_t> (*)(const ecscen::Scenario&, int tailTaps);
+constexpr int kTailTaps = 512;  // 64 ms at 8000 Hz
+
+const std::vector<ecscen::Scenario>& scenarios() {
+  static const std::vector<ecscen::Scenario> s = ecscen::all_scenarios();
+  return s;
+}
+
+template <int Flags>
+std::vector<int16_t> ours(const ecscen::Scenario& s, int tailTaps) {
+  int size = 0;
+  vspscodecEchoCancellerGetSize(8000, tailTaps / 8, &size);
+  std::vector<Vsp8u> mem(static_cast<std::size_t>(size));
+  vspscodecEchoCancellerInit(mem.data(), 8000, tailTaps / 8, Flags);
+  auto* ec = reinterpret_cast<VspscodecEchoCanceller*>(mem.data());
+  std::vector<int16_t> out(s.near.size());
+  for (std::size_t p = 0; p + 32 <= s.near.size(); p += 32)
+    vspscodecEchoCancellerProcess(ec, &s.far[p], &s.near[p], &out[p], nullptr);
+  return out;
+}
+
+void run(benchmark::State& state, Runner runner, std::size_t delay) {
+  const ecscen::Scenario& s = scenarios()[static_cast<std::size_t>(state.range(0))];
+  std::vector<int16_t> out;
+  double seconds = 0;
+  for (auto _ : state) {
+    const auto t0 = std::chrono::steady_clock::now();
+    out = runner(s, kTailTaps);
+    seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
+    benchmark::DoNotOptimize(out.data());
+  }
+  const ecscen::Metrics m = ecscen::measure(s, out, delay);
+  state.SetLabel(s.name);
+  state.counters["erle_db"] = m.erleDb;
+  state.counters["limit_db"] = s.limitDb;
+  state.counters["talk_snr_db"] = m.talkSnrDb;
+  state.counters["divergent"] = m.divergentBlocks;
+  state.counters["converge_s"] = m.convergeS;
+  state.counters["reconverge_s"] = m.reconvergeS;
+  state.counters["us_per_10ms"] = 1e6 * seconds / double(state.iterations()) / (double(s.near.size()) / 80.0);
+}
+
+void BM_EC_Scenario_Ours(benchmark::State& state) {
+  run(state, &ours<0>, static_cast<std::size_t>(vspscodecEchoCancellerDelay(8000)));
+}
+void BM_EC_Scenario_OursLinear(benchmark::State& state) {
+  run(state, &ours<VSPSCODEC_EC_NO_NLP>, static_cast<std::size_t>(vspscodecEchoCancellerDelay(8000)));
+}
+BENCHMARK(BM_EC_Scenario_Ours)->DenseRange(0, 7)->Iterations(3);
+BENCHMARK(BM_EC_Scenario_OursLinear)->DenseRange(0, 7)->Iterations(3);
+
+#if defined(VSPS_BENCH_SPEEXDSP)
+std::vector<int16_t> speex(const ecscen::Scenario& s, int tailTaps) {
+  SpeexEchoState* st = speex_echo_state_init(kBlock, tailTaps);
+  int rate = 8000;
+  speex_echo_ctl(st, SPEEX_ECHO_SET_SAMPLING_RATE, &rate);
+  std::vector<int16_t> out(s.near.size());
+  for (std::size_t p = 0; p + kBlock <= s.near.size(); p += kBlock)
+    speex_echo_cancellation(st, &s.near[p], &s.far[p], &out[p]);
+  speex_echo_state_destroy(st);
+  return out;
+}
+void BM_Peer_Scenario_Speex(benchmark::State& state) { run(state, &speex, 0); }
+BENCHMARK(BM_Peer_Scenario_Speex)->DenseRange(0, 7)->Iterations(3);
+#endif
+
+#if defined(VSPS_BENCH_SPANDSP)
+template <int Flags>
+std::vector<int16_t> spandsp(const ecscen::Scenario& s, int tailTaps) {
+  echo_can_state_t* ec = echo_can_init(tailTaps, Flags);
+  std::vector<int16_t> out(s.near.size());
+  for (std::size_t i = 0; i < s.near.size(); ++i) out[i] = echo_can_update(ec, s.far[i], s.near[i]);
+  echo_can_free(ec);
+  return out;
+}
+void BM_Peer_Scenario_SpanDsp(benchmark::State& state) {
+  run(state, &spandsp<ECHO_CAN_USE_ADAPTION | ECHO_CAN_USE_NLP | ECHO_CAN_USE_CNG>, 0);
+}
+void BM_Peer_Scenario_SpanDspLinear(benchmark::State& state) { run(state, &spandsp<ECHO_CAN_USE_ADAPTION>, 0); }
+BENCHMARK(BM_Peer_Scenario_SpanDsp)->DenseRange(0, 7)->Iterations(3);
+BENCHMARK(BM_Peer_Scenario_SpanDspLinear)->DenseRange(0, 7)->Iterations(3);
+#endif
+
+}  // namespace scen
 
 }  // namespace

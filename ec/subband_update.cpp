@@ -1,6 +1,11 @@
 // Coefficient updates of the sub-band echo-path filters (normalised least
 // mean squares per sub-band): H_m[k] += mu_k E[k] conj(X_m[k]).
+#if defined(__AVX__)
+#include <immintrin.h>
+#endif
+
 #include "core/float_canonical.h"
+#include "core/simd/x86.h"
 #include "ec/subband_filter.h"
 #include "vsps.h"
 
@@ -57,16 +62,38 @@ VspStatus legacy90vspsFIRSubbandCoeffUpdate_EC_32fc_I(const Vsp64f* step, const 
   for (int m = 0; m < numSegments; ++m) {
     const Vsp32fc* x = inputFrames[m];
     Vsp32fc* h = coeffFrames[m];
-    for (int k = 0; k < numSubbands; ++k) {
+    int k0 = 0;
+#if defined(__AVX__)
+    // Two sub-bands per vector of four doubles (re, im interleaved), each
+    // value formed as in the scalar loop: with P1 = xr (tr, ti) and
+    // P2 = xi (ti, tr), re = P1 + P2 and im = P1 - P2, taken as
+    // addsub(P1, -P2) (a - (-b) is exactly a + b). Only when the
+    // coefficient frame is the input frame or apart from it.
+    const std::size_t bytes = sizeof(Vsp32fc) * static_cast<std::size_t>(numSubbands);
+    if (simd::same_or_disjoint(h, x, bytes)) {
+      const __m256d sign = _mm256_set1_pd(-0.0);
+      const __m128 qnan = _mm_castsi128_ps(_mm_set1_epi32(0x7FC00000));
+      for (; k0 + 2 <= numSubbands; k0 += 2) {
+        const __m256d tv = _mm256_loadu_pd(&t[2 * k0]);
+        const __m256d xv = _mm256_cvtps_pd(_mm_loadu_ps(&x[k0].re));
+        const __m256d p1 = _mm256_mul_pd(_mm256_movedup_pd(xv), tv);
+        const __m256d p2 = _mm256_mul_pd(_mm256_permute_pd(xv, 0xF), _mm256_permute_pd(tv, 0x5));
+        const __m256d d = _mm256_addsub_pd(p1, _mm256_xor_pd(p2, sign));
+        const __m256d hv = _mm256_add_pd(_mm256_cvtps_pd(_mm_loadu_ps(&h[k0].re)), d);
+        const __m128 r = _mm256_cvtpd_ps(hv);
+        _mm_storeu_ps(&h[k0].re, _mm_blendv_ps(r, qnan, _mm_cmpunord_ps(r, r)));  // canonical NaN
+      }
+    }
+#endif
+    for (int k = k0; k < numSubbands; ++k) {
       const double tr = t[2 * k], ti = t[2 * k + 1];
       const double xr = x[k].re, xi = x[k].im;
       const double re = tr * xr + ti * xi;
       const double im = ti * xr - tr * xi;
-      h[k].re = static_cast<float>(double(h[k].re) + re);
-      h[k].im = static_cast<float>(double(h[k].im) + im);
+      h[k].re = fout::canonical(static_cast<float>(double(h[k].re) + re));
+      h[k].im = fout::canonical(static_cast<float>(double(h[k].im) + im));
     }
   }
-  for (int m = 0; m < numSegments; ++m) fout::canonicalise(&coeffFrames[m][0].re, 2 * std::size_t(numSubbands));
   return vspStsNoErr;
 }
 

@@ -102,6 +102,56 @@ VSPS_CODECS_API VspStatus vspscodecGsmAmrStorageRead(const Vsp8u* pFrame, int* p
 VSPS_CODECS_API VspStatus vspscodecGsmAmrStorageWrite(int txType, int mode, const Vsp8u* pBits, Vsp8u* pFrame,
                                                       int* pBytes);
 
+/* ---- Echo canceller (codecs/echo/) -----------------------------------------
+ * A sub-band line/acoustic echo canceller at 8000 or 16000 Hz: a filter
+ * bank of 33 (65 at 16000 Hz) sub-bands with a root-Nyquist prototype
+ * (4 ms hop), one adaptive filter per sub-band covering the tail, the
+ * library's step-size controllers, Geigel double-talk protection, the noise
+ * filter (residual-echo suppression with comfort noise) and the 2100 Hz
+ * tone detector, which holds adaptation and suppression off while a tone
+ * with phase reversals is present (until 250 ms of low level on both
+ * ends). Per call one hop of vspscodecEchoCancellerFrameSize() samples;
+ * the output lags the near end by vspscodecEchoCancellerDelay() samples.
+ * The canceller is the memory passed to Init (cast to VspscodecEchoCanceller*);
+ * it holds pointers into itself: never move or copy it after Init.
+ */
+typedef struct VspscodecEchoCanceller VspscodecEchoCanceller;
+
+/* Flags of Init. */
+#define VSPSCODEC_EC_NO_NLP 1 /* no noise filter: the linear residual */
+
+/* Per-hop diagnostics (all optional to read). */
+typedef struct VspscodecEchoDiagnostics {
+  int doubleTalk;   /* 1 while near-end talk is declared (adaptation held) */
+  int toneDisabled; /* 1 while the 2100 Hz disabling tone holds the canceller */
+  int converged;    /* 1 once the filter has removed 10 dB of echo */
+  float leak;       /* estimated share of the echo estimate left in the residual */
+} VspscodecEchoDiagnostics;
+
+/* Hop length in samples: 32 at 8000 Hz, 64 at 16000 Hz (0 for other rates). */
+VSPS_CODECS_API int vspscodecEchoCancellerFrameSize(int rate);
+/* Output delay behind the near end in samples (0 for other rates). */
+VSPS_CODECS_API int vspscodecEchoCancellerDelay(int rate);
+
+/* Bytes of a canceller for the rate and tail length (1..128 ms at 8000 Hz,
+ * 1..64 ms at 16000 Hz). Checks: size null: vspStsNullPtrErr; rate not
+ * 8000 or 16000: vspStsRangeErr; tailMs outside its range: vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecEchoCancellerGetSize(int rate, int tailMs, int* size);
+
+/* Formats a canceller in memory of GetSize bytes (any alignment). Checks:
+ * memory null: vspStsNullPtrErr; rate and tailMs as GetSize; flags other
+ * than 0 or VSPSCODEC_EC_NO_NLP: vspStsBadArgErr. A library status of the
+ * bank's Init is passed on. */
+VSPS_CODECS_API VspStatus vspscodecEchoCancellerInit(Vsp8u* memory, int rate, int tailMs, int flags);
+
+/* One hop: farEnd (the signal sent into the echo path) and nearEnd (the
+ * signal coming back), frameSize samples each, Q0; out receives frameSize
+ * samples of the near end with the echo removed. diag may be null. Checks:
+ * canceller, farEnd, nearEnd or out null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecEchoCancellerProcess(VspscodecEchoCanceller* canceller, const Vsp16s* farEnd,
+                                                        const Vsp16s* nearEnd, Vsp16s* out,
+                                                        VspscodecEchoDiagnostics* diag);
+
 /* ---- G.711 --------------------------------------------------------------- */
 /* Compresses n 16-bit linear samples into n G.711 code words (law
  * vspPcmALaw or vspPcmMuLaw, words as transmitted). Checks: pcm, codes null

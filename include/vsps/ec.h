@@ -347,3 +347,89 @@ VSPS_FN(VspStatus, legacy90vspsToneDetect_EC_16s, (const Vsp16s* signal, int len
  * detector (0.48); else gap run = 0 and tone run = 0, the count kept.
  * Checks as legacy90vspsToneDetect_EC_16s. */
 VSPS_FN(VspStatus, legacy90vspsToneDetect_EC_32f, (const Vsp32f* signal, int len, int* result, VspsToneDetectState_32f* state), (signal, len, result, state))
+
+/* ---- Step-size control, double-talk detection, noise filter -------------
+ * The control of a sub-band canceller built from the filters above, one
+ * call per hop. None keeps a state block: the caller owns the smoothed
+ * powers ("memory" arrays, zeroed before the first call) and the counters,
+ * as for the adaptive filters. Frames are the packed sub-band frames of
+ * the filter bank (numSubbands values, 1..4097: vspStsFIRLenErr outside). */
+
+/* Full-band step-size controller: the fraction of the estimated echo power
+ * that is left in the residual ("leak"), from the correlation of the
+ * fluctuations of the error power and of the echo-estimate power across
+ * the sub-bands. A residual that holds near-end speech or noise is not
+ * correlated with the echo estimate, so the leak (and with it every
+ * sub-band step) falls during double talk. Per call, in single precision,
+ * with memory = (means of |E|^2 [numSubbands], means of |Y|^2 [numSubbands],
+ * Rey, Ryy):
+ *   for k in increasing order: pe = |E[k]|^2, py = |Y[k]|^2;
+ *     de = pe - me[k], dy = py - my[k]; sey += de*dy; syy += dy*dy;
+ *     me[k] += 0.35*de; my[k] += 0.35*dy;
+ *   Rey = (1 - smoothing)*Rey + smoothing*sey; Ryy likewise with syy;
+ *   *leak = Ryy > 0 ? min(max(Rey / Ryy, 0), 1) : 0.
+ * Checks in order: any pointer null: vspStsNullPtrErr; numSubbands:
+ * vspStsFIRLenErr; smoothing not in (0, 1] (or NaN): vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsFullbandStepSize_EC_32f, (const Vsp32fc* errorFrame, const Vsp32fc* estimateFrame, Vsp32f* memory, Vsp32f* leak, int numSubbands, Vsp32f smoothing), (errorFrame, estimateFrame, memory, leak, numSubbands, smoothing))
+
+/* Sub-band step-size controller: the normalised step of every sub-band for
+ * legacy90vspsFIRSubbandCoeffUpdate_EC_32fc_I. The step tracks the share of
+ * residual echo in the error: mu_k = leak*|Y[k]|^2 / Pe[k], limited to
+ * muMin..muMax, with Pe[k] = errorPower[k] the smoothed error power
+ * (errorPower[k] = 0.7*errorPower[k] + 0.3*|E[k]|^2, single precision, 0
+ * giving mu_k = muMin); then, in double precision,
+ *   step[k] = mu_k / (sum over m of |X_m[k]|^2 + delta)
+ * with the far-end power summed in single precision in increasing m.
+ * muMin > 0 lets a filter that has not converged yet (no echo estimate)
+ * start; pass 0 once the leak is meaningful.
+ * Checks in order: any pointer null: vspStsNullPtrErr; numSubbands:
+ * vspStsFIRLenErr; numSegments outside 1..255: vspStsRangeErr; leak outside
+ * 0..1, muMin < 0, muMax < muMin or above 2, delta not above 0 (or any of
+ * them NaN or infinite): vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsSubbandStepSize_EC_32f, (const Vsp32fc* const* inputFrames, const Vsp32fc* errorFrame, const Vsp32fc* estimateFrame, Vsp32f* errorPower, Vsp64f* step, int numSegments, int numSubbands, Vsp32f leak, Vsp32f muMin, Vsp32f muMax, Vsp32f delta), (inputFrames, errorFrame, estimateFrame, errorPower, step, numSegments, numSubbands, leak, muMin, muMax, delta))
+
+/* Double-talk detector (Geigel): near-end talk is declared when the
+ * largest near-end magnitude of the block exceeds threshold times the
+ * largest far-end magnitude over the echo tail. maxHistory holds the
+ * far-end block maxima of the last historyLen calls (0 the newest; zero
+ * it before the first call): the call shifts it by one and stores the
+ * maximum of |reference[0..len-1]| in front. Then, with fm the maximum of
+ * maxHistory and dm the maximum of |nearEnd[0..len-1]|:
+ *   dm > threshold*fm (single precision): *hangCount = hangLen, *result = 1;
+ *   else if *hangCount > 0: *hangCount -= 1, *result = 1;
+ *   else *result = 0.
+ * With historyLen*len samples covering the echo tail and a threshold of
+ * 0.5, echo through a path with at least 6 dB of return loss is not
+ * taken for near-end talk.
+ * Checks in order: any pointer null: vspStsNullPtrErr; len < 1 or
+ * historyLen < 1: vspStsSizeErr; threshold negative, NaN or infinite,
+ * hangLen < 0: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsDoubleTalkDetect_EC_32f, (const Vsp32f* reference, const Vsp32f* nearEnd, int len, Vsp32f* maxHistory, int historyLen, Vsp32f threshold, int hangLen, int* hangCount, int* result), (reference, nearEnd, len, maxHistory, historyLen, threshold, hangLen, hangCount, result))
+
+/* Fixed point (Q0 samples, threshold Q15 0..32767): magnitudes saturate
+ * at 32767; near-end talk when dm*32768 > threshold*fm (exact, 32 bits).
+ * Checks as legacy90vspsDoubleTalkDetect_EC_32f, the threshold range being
+ * 0..32767. */
+VSPS_FN(VspStatus, legacy90vspsDoubleTalkDetect_EC_16s, (const Vsp16s* reference, const Vsp16s* nearEnd, int len, Vsp16s* maxHistory, int historyLen, Vsp16s threshold, int hangLen, int* hangCount, int* result), (reference, nearEnd, len, maxHistory, historyLen, threshold, hangLen, hangCount, result))
+
+/* Noise filter: residual-echo suppression with comfort noise, on the error
+ * frame in place. memory holds three arrays of numSubbands values (zero
+ * them before the first call): R, the residual-echo power; P, the smoothed
+ * error power; N, the background noise floor. Per sub-band k, single
+ * precision:
+ *   pe = |E[k]|^2, r = leak*|Y[k]|^2;  P = 0.6*P + 0.4*pe;
+ *   R = r > R ? r : 0.6*R + 0.4*r;
+ *   N = (N == 0 or P < N) ? P : N*1.0007 (a minimum tracker rising about
+ *   0.7 dB per second at a 4 ms hop);
+ *   G = P > 0 ? 1 - overSuppression*R/P : 1, limited to gainFloor..1;
+ *   E[k] = G*E[k] + sqrt(N*(1 - G*G)) * (u1, u2) * c,
+ * where u1, u2 are uniform in [-1, 1) from the generator
+ * seed = seed*1664525 + 1013904223 (u = (int32)seed * 2^-31, u1 drawn
+ * first), c = sqrt(1.5) so that the noise has the power N; sub-band 0 and
+ * sub-band numSubbands-1 (the real edge bins of a packed frame) take
+ * u2 = 0 and c = sqrt(3). gainFloor = 1 passes the error unchanged. NaN
+ * results are stored as the quiet NaN.
+ * Checks in order: any pointer null: vspStsNullPtrErr; numSubbands:
+ * vspStsFIRLenErr; leak outside 0..1, overSuppression outside 0..100,
+ * gainFloor outside 0..1 (or NaN): vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsNoiseFilter_EC_32f, (Vsp32fc* errorFrame, const Vsp32fc* estimateFrame, Vsp32f* memory, Vsp32u* seed, int numSubbands, Vsp32f leak, Vsp32f overSuppression, Vsp32f gainFloor), (errorFrame, estimateFrame, memory, seed, numSubbands, leak, overSuppression, gainFloor))
