@@ -392,6 +392,167 @@ VSPS_FN(VspStatus, legacy90vspsInterpolateC_G729_16s_Sfs, (const Vsp16s* pSrc1, 
 VSPS_FN(VspStatus, legacy90vspsInterpolateC_G729_32f, (const Vsp32f* pSrc1, Vsp32f val1, const Vsp32f* pSrc2, Vsp32f val2, Vsp32f* pDst, int len), (pSrc1, val1, pSrc2, val2, pDst, len))
 
 /* ======================================================================
+ * G.729 codec steps (pitch, codebooks, gains, decoder, post-filters)
+ * ====================================================================== */
+
+/* Common to these steps: subframes of 40 samples, LP order 10, LP
+ * coefficients Q12 (a[0] = 4096), excitation and speech Q0, pitch gains
+ * Q14, code gains Q1, code vectors Q13. Excitation buffers that the
+ * adaptive codebook reads are passed from their start: 154 past samples
+ * (PIT_MAX + L_INTERPOL) followed by the 40 of the subframe. Arithmetic:
+ * bit-exact with the ITU-T G.729 (and Annex A) fixed-point reference. Pitch
+ * lags are integer lags 20..143 (vspStsRangeErr outside). */
+
+/* Parity bit of the 8-bit pitch index of subframe 0 (Parity_Pitch): 1 +
+ * the number of set bits among bits 2..7, modulo 2. The decoder compares it
+ * with the received bit; a difference conceals the lag of subframe 0.
+ * Checks in order: pDstParity null: vspStsNullPtrErr; index outside 0..255:
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsPitchParity_G729_16s, (Vsp16s index, Vsp16s* pDstParity), (index, pDstParity))
+
+/* Pitch-lag decoder with erasure concealment (Dec_lag3 and the old_T0
+ * rule of clause 4.4.1). Not erased: subframe 0 decodes the 8-bit index
+ * (index < 197: T0 = (index + 2) / 3 + 19, frac = index - 3 T0 + 58; else
+ * T0 = index - 112, frac 0); subframe 1 decodes the 5-bit index relative
+ * to T0_min = max(T0 - 5, 20) (134 when T0_min + 9 > 143) of the T0 passed
+ * in *pSrcDstT0 (the lag of subframe 0); *pSrcDstOldT0 becomes T0.
+ * Erased (a bad frame, or for subframe 0 also a parity error): T0 =
+ * *pSrcDstOldT0, frac 0, and *pSrcDstOldT0 = min(old + 1, 143). The caller
+ * starts old_T0 at 60.
+ * Checks in order: pointers null: vspStsNullPtrErr; subframe not 0 or 1,
+ * index outside 0..255 (subframe 0) or 0..31 (subframe 1), old T0 outside
+ * 20..143, or (subframe 1, not erased) the input T0 outside 20..143:
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsDecodePitchLag_G729_16s, (Vsp16s index, int subframe, int erased, Vsp16s* pSrcDstOldT0, Vsp16s* pSrcDstT0, Vsp16s* pDstFrac), (index, subframe, erased, pSrcDstOldT0, pSrcDstT0, pDstFrac))
+
+/* Adaptive-codebook vector of 1/3 resolution (Pred_lt_3, clause 3.7.1):
+ * pSrcDstExc[154 + j] = interpolation of the excitation at delay
+ * T0 - frac/3 with the 31-tap filter inter_3l, j = 0..39, written in place;
+ * for T0 < 40 the vector reads its own first samples (the standard's
+ * recursion). frac is -1, 0 or 1.
+ * Checks in order: pSrcDstExc null: vspStsNullPtrErr; T0 outside 20..143
+ * or frac outside -1..1: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsDecodeAdaptiveVector_G729_16s_I, (Vsp16s T0, Vsp16s frac, Vsp16s* pSrcDstExc), (T0, frac, pSrcDstExc))
+
+/* Algebraic code vector (Decod_ACELP, clause 4.1.4) of the 13-bit position
+ * index and 4-bit sign index: four pulses of +8191 / -8192 (Q13) on the
+ * tracks 5k, 5k+1, 5k+2 and 5k+3 or 5k+4; 40 samples, zero elsewhere.
+ * Checks in order: pDstCode null: vspStsNullPtrErr; index outside 0..8191 or
+ * signs outside 0..15: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsDecodeFixedCodebook_G729_16s, (Vsp16s index, Vsp16s signs, Vsp16s* pDstCode), (index, signs, pDstCode))
+
+/* Pitch sharpening (clause 3.8) of a 40-sample vector in place:
+ * x[i] += mult(x[i - T0], 2 sharp) for i = T0..39 in ascending order (so a
+ * sharpened sample feeds a later one when T0 < 20), sharp = prevGainPitch
+ * clamped to 3277..13017 (0.2..0.8, Q14). Serves the code vector (encoder
+ * and decoder) and the encoder's impulse response. Nothing changes for
+ * T0 >= 40.
+ * Checks in order: pSrcDst null: vspStsNullPtrErr; T0 outside 20..143:
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsPitchSharpening_G729_16s_I, (Vsp16s* pSrcDst, Vsp16s T0, Vsp16s prevGainPitch), (pSrcDst, T0, prevGainPitch))
+
+/* The G.729 reference's random generator: len successive values of
+ * seed = extract_l(L_add(L_shr(L_mult(seed, 31821), 1), 13849)) into pDst;
+ * the last is left in *pSrcDstSeed. The decoder draws the code indices of
+ * erased frames from it (seed 21845 at start; index = value & 0x1fff, then
+ * signs = next value & 15), Annex B its comfort noise.
+ * Checks in order: pointers null: vspStsNullPtrErr; len < 1: vspStsSizeErr. */
+VSPS_FN(VspStatus, legacy90vspsRandom_G729_16s, (Vsp16s* pSrcDstSeed, Vsp16s* pDst, int len), (pSrcDstSeed, pDst, len))
+
+/* Gain decoding (Dec_gain, clause 4.1.5) with its MA prediction memory
+ * pSrcDstPastQuaEn (4 words, Q10, reset -14336 each). pSrcDstGains holds
+ * {gain_pit Q14, gain_code Q1}. Good frame: the 7-bit index selects the two
+ * codebook rows, the fixed gain is predicted from the energy of pCode (the
+ * sharpened code vector, Q13) and the memory, and the memory is updated.
+ * Erased: the previous gains are attenuated (gain_pit * 0.9 capped at 0.9,
+ * gain_code * 0.98) and the memory gets its mean minus 4 dB (floored at
+ * -14 dB); index and pCode are not read. The decoder starts with gains 0.
+ * Checks in order: pointers null: vspStsNullPtrErr; index outside 0..127 on
+ * a good frame: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsDecodeGain_G729_16s, (int index, int erased, const Vsp16s* pCode, Vsp16s* pSrcDstPastQuaEn, Vsp16s* pSrcDstGains), (index, erased, pCode, pSrcDstPastQuaEn, pSrcDstGains))
+
+/* Total excitation (clause 3.10): exc[i] = round(L_shl(exc[i] gainPitch +
+ * code[i] gainCode, 1)) with exc the adaptive vector in place (Q0), gainPitch
+ * Q14, code Q13, gainCode Q1.
+ * Checks in order: pointers null: vspStsNullPtrErr; len < 1: vspStsSizeErr. */
+VSPS_FN(VspStatus, legacy90vspsBuildExcitation_G729_16s_I, (const Vsp16s* pCode, Vsp16s gainPitch, Vsp16s gainCode, Vsp16s* pSrcDstExc, int len), (pCode, gainPitch, gainCode, pSrcDstExc, len))
+
+/* Decoder synthesis of a subframe with overflow rescaling (clause 4.1.6):
+ * the last 40 samples of pSrcDstExc (excLen words) go through 1/A(z)
+ * (pLpc Q12, memory pSrcDstMem = the 10 previous outputs). If an operator
+ * saturates, the whole excitation buffer is shifted right by 2, the filter
+ * is run again from the same memory and vspStsOverflow (a warning) is
+ * returned; the memory then holds the last 10 outputs. The caller passes
+ * its excitation history up to the end of the subframe.
+ * Checks in order: pointers null: vspStsNullPtrErr; excLen < 40:
+ * vspStsSizeErr. */
+VSPS_FN(VspStatus, legacy90vspsDecodeSynthesis_G729_16s, (const Vsp16s* pLpc, Vsp16s* pSrcDstExc, int excLen, Vsp16s* pDstSyn, Vsp16s* pSrcDstMem), (pLpc, pSrcDstExc, excLen, pDstSyn, pSrcDstMem))
+
+/* Size in bytes of the main-body post-filter state (its residual history,
+ * short-term filter memory, synthesis history and AGC gain): the standard
+ * keeps these across subframes and they are of no use to the caller.
+ * Checks: pSize null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsPostFilterGetStateSize_G729, (int* pSize), (pSize))
+
+/* Formats a main-body post-filter state (histories 0, AGC gain 1.0). Any
+ * alignment. Checks: pState null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsPostFilterInit_G729, (Vsp8u* pState), (pState))
+
+/* Main-body post-filter of one subframe (clause 4.2): residual through
+ * A(z/0.55), long-term filter of 1/8 resolution around T0 (the integer
+ * lag of subframe 0 of the frame, for both subframes), short-term
+ * 1/A(z/0.70) with gain normalisation, tilt compensation and AGC.
+ * pSrc = 40 synthesised samples, pLpc = the subframe's decoded A(z), vad 1
+ * (speech) or 0 (Annex B noise frame: no long-term filter). *pDstVoicing
+ * receives the chosen long-term delay (0 when off); the main decoder treats
+ * a frame as voiced for concealment when a subframe's value is nonzero.
+ * Checks in order: pointers null: vspStsNullPtrErr; T0 outside 20..143 or
+ * vad not 0 or 1: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsPostFilter_G729_16s, (const Vsp16s* pLpc, const Vsp16s* pSrc, Vsp16s* pDst, Vsp16s T0, int vad, Vsp16s* pDstVoicing, Vsp8u* pState), (pLpc, pSrc, pDst, T0, vad, pDstVoicing, pState))
+
+/* Size in bytes of the Annex A post-filter state (residual histories,
+ * filter and pre-emphasis memories, synthesis history, AGC gain).
+ * Checks: pSize null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsPostFilterGetStateSize_G729A, (int* pSize), (pSize))
+
+/* Formats an Annex A post-filter state (histories 0, AGC gain 1.0 in Q12).
+ * Any alignment. Checks: pState null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsPostFilterInit_G729A, (Vsp8u* pState), (pState))
+
+/* Annex A post-filter of one subframe (clause A.4.2): residual through
+ * A(z/0.55), integer-delay harmonic filter searched over T0-3..T0+3 (T0 the
+ * subframe's own decoded lag), tilt pre-emphasis from the response of
+ * A(z/0.55)/A(z/0.70), 1/A(z/0.70) and AGC. vad 0 (Annex B noise frame)
+ * skips the harmonic filter.
+ * Checks in order: pointers null: vspStsNullPtrErr; T0 outside 20..143 or
+ * vad not 0 or 1: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsPostFilter_G729A_16s, (const Vsp16s* pLpc, const Vsp16s* pSrc, Vsp16s* pDst, Vsp16s T0, int vad, Vsp8u* pState), (pLpc, pSrc, pDst, T0, vad, pState))
+
+/* ======================================================================
+ * Shared speech-analysis primitives
+ * ====================================================================== */
+
+/* LP synthesis filter 1/A(z) with the saturating arithmetic of the ITU-T
+ * speech references (G.729 Syn_filt): y[n] = round(L_shl(x[n] a[0] -
+ * sum_{j=1..order} a[j] y[n-j], 15 - scaleFactor)), products by L_mult /
+ * L_msu, scaleFactor = the Q format of the coefficients (12 for G.729).
+ * pSrcDstMem holds y[-order..-1] (oldest first) and is replaced by the
+ * last `order` outputs. pSrc and pDst may be the same array. Returns
+ * vspStsOverflow (a warning, outputs valid) when an operator saturated, as
+ * the reference's Overflow flag would report.
+ * Checks in order: pointers null: vspStsNullPtrErr; order outside 1..30 or
+ * len < 1: vspStsSizeErr; scaleFactor outside 0..15: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsSynthesisFilter_NR_16s_Sfs, (const Vsp16s* pLpc, int order, const Vsp16s* pSrc, Vsp16s* pDst, int len, int scaleFactor, Vsp16s* pSrcDstMem), (pLpc, order, pSrc, pDst, len, scaleFactor, pSrcDstMem))
+
+/* LP residual (inverse) filter A(z) (G.729 Residu): y[n] =
+ * round(L_shl(sum_{i=0..order} a[i] x[n-i], 15 - scaleFactor)). pSrc holds
+ * order + len samples: the `order` past samples, then the len to filter;
+ * pDst (len) must not overlap pSrc.
+ * Checks in order: pointers null: vspStsNullPtrErr; order outside 1..30 or
+ * len < 1: vspStsSizeErr; scaleFactor outside 0..15: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsResidualFilter_NR_16s_Sfs, (const Vsp16s* pLpc, int order, const Vsp16s* pSrc, Vsp16s* pDst, int len, int scaleFactor), (pLpc, order, pSrc, pDst, len, scaleFactor))
+
+/* ======================================================================
  * GSM-AMR LP analysis and LSP quantisation
  * ====================================================================== */
 

@@ -21,6 +21,8 @@ int cmd_lpc(const Args& args, FILE* out,
             FILE* err);  // FILE.wav [--codec g729|amr] [--mode KBPS] [--format csv|json] [-o OUT]
 int cmd_aec(const Args& args, FILE* out, FILE* err);   // FAR.wav NEAR.wav -o OUT.wav [--tail MS]
 int cmd_tone(const Args& args, FILE* out, FILE* err);  // FILE.wav
+// encode|decode [--annex a] [--dtx] [--format itu|rtp] IN OUT
+int cmd_g729(const Args& args, FILE* out, FILE* err);
 
 // Options: "--name value" pairs after the positional words. Returns false
 // (with a message on err) on an unknown option or a missing value.

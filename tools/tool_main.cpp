@@ -19,6 +19,9 @@ int usage(FILE* f, int status) {
                "  aec FAR.wav NEAR.wav -o OUT.wav [--tail MS]\n"
                "                           sub-band echo canceller: removes the echo of FAR from NEAR\n"
                "  tone FILE.wav            2100 Hz answer tone with phase reversals (8 or 16 kHz)\n"
+               "  g729 encode|decode [--annex a] [--dtx] [--format itu|rtp] IN OUT\n"
+               "                           G.729 codec (Annex A, Annex B DTX); audio .wav or raw 16-bit\n"
+               "                           PCM, bit-streams in the ITU serial format or RTP payloads\n"
                "  info                     processor level, version record and feature masks\n"
                "Input files: 16-bit PCM mono WAV.\n");
   return status;
@@ -75,7 +78,7 @@ int run_tool(int argc, const char* const* argv, FILE* out, FILE* err) {
     int (*run)(const Args&, FILE*, FILE*);
   };
   static constexpr Command kCommands[] = {
-      {"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc}, {"aec", cmd_aec}, {"tone", cmd_tone}};
+      {"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc}, {"aec", cmd_aec}, {"tone", cmd_tone}, {"g729", cmd_g729}};
   for (const Command& c : kCommands)
     if (cmd == c.name) {
       legacy90vspscInit();  // its warnings are reported by "vsps info"
