@@ -9,7 +9,7 @@
 #include "core/basic_ops.h"
 #include "core/dpf.h"
 #include "g729/codec_tables.h"
-#include "speech/lp_filters.h"
+#include "speech/filter/lp_filters.h"
 
 namespace vsps::VSPS_NS::g729c {
 
@@ -91,6 +91,13 @@ inline void weight_az(const int16_t* a, int16_t g, int16_t* ap) {
   ap[kM] = round(L_mult(a[kM], fac));
 }
 
+// Annex A weighting: ap = A(z/0.75), ap1 = ap (1 - 0.7 z^-1) truncated to 11 words.
+inline void weight_az_a(const int16_t* a, int16_t* ap, int16_t* ap1) {
+  weight_az(a, 24576, ap);
+  ap1[0] = 4096;
+  for (int i = 1; i <= kM; ++i) ap1[i] = sub(ap[i], mult(ap[i - 1], 22938));
+}
+
 // Syn_filt: 1/A(z) with Q12 coefficients over len samples; mem = y[-10..-1]
 // (oldest first) is read and, when update is set, replaced by the last 10
 // outputs. x and y may be the same array. Returns true when an operator
@@ -168,6 +175,27 @@ inline void gain_update_erasure(int16_t* pastQuaEn) {
 // gain_code (Q1) of the joint codebook entry L_gbk12 (Q13) and the predicted gain.
 inline int16_t code_gain(int32_t gbk12, int16_t gcode0, int16_t expGcode0) {
   return extract_h(L_shl(L_mult(extract_l(L_shr(gbk12, 1)), gcode0), sub(4, expGcode0)));
+}
+
+// update_exc_err (taming): the worst excitation error over the zones the
+// integer lag t0 reaches, propagated through the pitch gain gp (Q14), becomes
+// the newest of the four entries (Q14).
+inline void taming_update(int16_t gp, int t0, int32_t* err) {
+  auto e = [&](int32_t x) { return L_add(0x4000, L_shl(dpf::Mpy_32_16(dpf::L_Extract(x), gp), 1)); };
+  int32_t worst = -1;
+  if (t0 < kSubfr) {
+    int32_t t = e(err[0]);
+    if (L_sub(t, worst) > 0) worst = t;
+    t = e(t);
+    if (L_sub(t, worst) > 0) worst = t;
+  } else {
+    for (int i = tb::kTabZone[t0 - kSubfr]; i <= tb::kTabZone[t0 - 1]; ++i) {
+      const int32_t t = e(err[i]);
+      if (L_sub(t, worst) > 0) worst = t;
+    }
+  }
+  for (int i = 3; i > 0; --i) err[i] = err[i - 1];
+  err[0] = worst;
 }
 
 }  // namespace vsps::VSPS_NS::g729c

@@ -61,7 +61,7 @@ void append_words(std::vector<uint8_t>* b, const int16_t* w, int n) {
   }
 }
 
-[[maybe_unused]] bool read_audio(const std::string& path, std::vector<int16_t>* pcm, FILE* err) {
+bool read_audio(const std::string& path, std::vector<int16_t>* pcm, FILE* err) {
   if (ends_with_wav(path)) {
     WavAudio wav;
     if (!load_wav(path, {kRate}, "G.729 needs 8 kHz", &wav, err)) return false;
@@ -101,7 +101,7 @@ bool read_frames(const std::string& path, bool rtp, std::vector<VspsG729Frame>* 
         std::fprintf(err, "vsps: %s: frame %zu is truncated\n", path.c_str(), frames->size());
         return false;
       }
-      if (vspsG729ReadRtp(b.data() + pos + 1, n, &f) != vspStsNoErr) {
+      if (vspscodecG729RtpRead(b.data() + pos + 1, n, &f) != vspStsNoErr) {
         std::fprintf(err, "vsps: %s: frame %zu has a payload of %d octets (10, 2 or 0 expected)\n", path.c_str(),
                      frames->size(), n);
         return false;
@@ -116,16 +116,18 @@ bool read_frames(const std::string& path, bool rtp, std::vector<VspsG729Frame>* 
   for (std::size_t pos = 0; pos < w.size();) {
     VspsG729Frame f{};
     int used = 0;
-    const VspStatus st = vspsG729ReadSerial(w.data() + pos, static_cast<int>(w.size() - pos), &f, &used);
+    const VspStatus st = vspscodecG729SerialRead(w.data() + pos, static_cast<int>(w.size() - pos), &f, &used);
     if (st == vspStsSizeErr) {
       std::fprintf(err, "vsps: %s: frame %zu is truncated\n", path.c_str(), frames->size());
       return false;
     }
     if (st != vspStsNoErr) {
-      std::fprintf(err, "vsps: %s: frame %zu: bad sync word, bit count or bit word\n", path.c_str(),
-                   frames->size());
+      std::fprintf(err, "vsps: %s: frame %zu: bad bit count or bit word\n", path.c_str(), frames->size());
       return false;
     }
+    if (w[pos] != 0x6B21)
+      std::fprintf(err, "vsps: %s: frame %zu: bad sync word 0x%04X, decoded as a lost frame\n", path.c_str(),
+                   frames->size(), static_cast<unsigned>(static_cast<uint16_t>(w[pos])));
     frames->push_back(f);
     pos += static_cast<std::size_t>(used);
   }
@@ -173,14 +175,14 @@ int decode(const G729Options& o, FILE* err) {
   std::vector<VspsG729Frame> frames;
   if (!read_frames(o.in, o.rtp, &frames, err)) return 1;
   int size = 0;
-  vspsG729DecoderGetSize(&size);
+  vspscodecG729DecoderGetSize(&size);
   std::vector<uint8_t> mem(static_cast<std::size_t>(size));
   auto* dec = reinterpret_cast<VspsG729Decoder*>(mem.data());
-  if (vspsG729DecoderInit(dec, o.options) != vspStsNoErr) return 1;
+  if (vspscodecG729DecoderInit(dec, o.options) != vspStsNoErr) return 1;
   std::vector<int16_t> pcm(frames.size() * kFrame);
   Progress progress(err, "decoding", pcm.size(), kRate);
   for (std::size_t n = 0; n < frames.size(); ++n) {
-    const VspStatus st = vspsG729Decode(dec, &frames[n], pcm.data() + n * kFrame);
+    const VspStatus st = vspscodecG729DecoderDecode(dec, &frames[n], pcm.data() + n * kFrame);
     if (st < 0) {
       std::fprintf(err, "vsps: frame %zu: decoder status %d\n", n, st);
       return 1;
@@ -188,6 +190,44 @@ int decode(const G729Options& o, FILE* err) {
     progress.update((n + 1) * kFrame);
   }
   return write_audio(o.out, pcm, err) ? 0 : 1;
+}
+
+int encode(const G729Options& o, FILE* err) {
+  std::vector<int16_t> pcm;
+  if (!read_audio(o.in, &pcm, err)) return 1;
+  const std::size_t frames = pcm.size() / kFrame;
+  if (pcm.size() % kFrame != 0)
+    std::fprintf(err, "vsps: %s: the last %zu samples do not fill a frame and are dropped\n", o.in.c_str(),
+                 pcm.size() % kFrame);
+  int size = 0;
+  vspscodecG729EncoderGetSize(&size);
+  std::vector<uint8_t> mem(static_cast<std::size_t>(size));
+  auto* enc = reinterpret_cast<VspsG729Encoder*>(mem.data());
+  if (vspscodecG729EncoderInit(enc, o.options) != vspStsNoErr) return 1;
+  std::vector<uint8_t> bytes;
+  Progress progress(err, "encoding", frames * kFrame, kRate);
+  for (std::size_t n = 0; n < frames; ++n) {
+    VspsG729Frame f{};
+    const VspStatus st = vspscodecG729EncoderEncode(enc, pcm.data() + n * kFrame, &f);
+    if (st < 0) {
+      std::fprintf(err, "vsps: frame %zu: encoder status %d\n", n, st);
+      return 1;
+    }
+    if (o.rtp) {
+      uint8_t payload[10];
+      int written = 0;
+      vspscodecG729RtpWrite(&f, payload, &written);
+      bytes.push_back(static_cast<uint8_t>(written));
+      bytes.insert(bytes.end(), payload, payload + written);
+    } else {
+      int16_t words[VSPS_G729_SERIAL_MAX_WORDS];
+      int written = 0;
+      vspscodecG729SerialWrite(&f, words, &written);
+      append_words(&bytes, words, written);
+    }
+    progress.update((n + 1) * kFrame);
+  }
+  return write_bytes(o.out, bytes, err) ? 0 : 1;
 }
 
 }  // namespace
@@ -199,6 +239,7 @@ int cmd_g729(const Args& args, FILE* out, FILE* err) {
   G729Options o;
   if (const int st = parse(Args(args.begin() + 1, args.end()), &o, err)) return st;
   if (what == "decode") return decode(o, err);
+  if (what == "encode") return encode(o, err);
   return 2;
 }
 

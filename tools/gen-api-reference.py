@@ -21,6 +21,7 @@ Usage: gen-api-reference.py VSPS_H FUNCTIONS_H OUTPUT_H
 Python 3 standard library only.
 """
 
+import os
 import re
 import sys
 
@@ -93,12 +94,28 @@ def parse_entry(text, line_no):
             "line": line_no}
 
 
+INCLUDE = re.compile(r'^#include\s+"(vsps/[A-Za-z0-9_]+\.h)"\s*$', re.M)
+
+
+def read_list(path):
+    """The text of the list: the umbrella file with each family list it
+    includes put in its place, less the family file's own header comment."""
+    with open(path, encoding="utf-8") as f:
+        text = f.read()
+    folder = os.path.dirname(path)
+
+    def family(m):
+        with open(os.path.join(folder, m.group(1)), encoding="utf-8") as f:
+            body = f.read()
+        return re.sub(r"^\s*/\*.*?\*/", "", body, count=1, flags=re.S)
+
+    return INCLUDE.sub(family, text)
+
+
 def parse_list(path):
     """Returns the sections: [{title, intro: [lines], items: [...]}], items are
     ("entry", entry, comment lines) or ("subsection", title, comment lines)."""
-    with open(path, encoding="utf-8") as f:
-        text = f.read()
-    lines = text.split("\n")
+    lines = read_list(path).split("\n")
     sections = []
     pending = None  # a comment not yet attached: (lines, first line number)
     i = 0

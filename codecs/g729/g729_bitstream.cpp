@@ -28,10 +28,9 @@ int pack(const Vsp16s* prm, const int* widths, int n, int* bits) {
 
 }  // namespace
 
-extern "C" VspStatus vspsG729ReadSerial(const Vsp16s* pWords, int nWords, VspsG729Frame* pFrame, int* pUsed) {
+extern "C" VSPS_CODECS_API VspStatus vspscodecG729SerialRead(const Vsp16s* pWords, int nWords, VspsG729Frame* pFrame, int* pUsed) {
   if (pWords == nullptr || pFrame == nullptr || pUsed == nullptr) return vspStsNullPtrErr;
   if (nWords < 2) return vspStsSizeErr;
-  if (pWords[0] != kSync) return vspStsBadArgErr;
   const int count = pWords[1];
   if (count != 0 && count != 15 && count != 16 && count != 80) return vspStsBadArgErr;
   if (nWords < 2 + count) return vspStsSizeErr;
@@ -44,7 +43,7 @@ extern "C" VspStatus vspsG729ReadSerial(const Vsp16s* pWords, int nWords, VspsG7
     bits[i] = w == kOne ? 1 : 0;
   }
   VspsG729Frame f{};
-  f.erased = erased;
+  f.erased = erased || pWords[0] != kSync;  // a damaged sync word marks a lost frame (the ITU decoders' rule)
   if (count == 80) {
     f.type = VSPS_G729_SPEECH;
     unpack(bits, kSpeechWidths, 11, f.prm);
@@ -59,7 +58,7 @@ extern "C" VspStatus vspsG729ReadSerial(const Vsp16s* pWords, int nWords, VspsG7
   return vspStsNoErr;
 }
 
-extern "C" VspStatus vspsG729WriteSerial(const VspsG729Frame* pFrame, Vsp16s* pWords, int* pWritten) {
+extern "C" VSPS_CODECS_API VspStatus vspscodecG729SerialWrite(const VspsG729Frame* pFrame, Vsp16s* pWords, int* pWritten) {
   if (pFrame == nullptr || pWords == nullptr || pWritten == nullptr) return vspStsNullPtrErr;
   if (pFrame->type < 0 || pFrame->type > 2) return vspStsRangeErr;
   int bits[80] = {};
@@ -76,7 +75,7 @@ extern "C" VspStatus vspsG729WriteSerial(const VspsG729Frame* pFrame, Vsp16s* pW
   return vspStsNoErr;
 }
 
-extern "C" VspStatus vspsG729ReadRtp(const Vsp8u* pBytes, int nBytes, VspsG729Frame* pFrame) {
+extern "C" VSPS_CODECS_API VspStatus vspscodecG729RtpRead(const Vsp8u* pBytes, int nBytes, VspsG729Frame* pFrame) {
   if ((pBytes == nullptr && nBytes > 0) || pFrame == nullptr) return vspStsNullPtrErr;
   if (nBytes != 0 && nBytes != 2 && nBytes != 10) return vspStsSizeErr;
   int bits[80] = {};
@@ -93,7 +92,7 @@ extern "C" VspStatus vspsG729ReadRtp(const Vsp8u* pBytes, int nBytes, VspsG729Fr
   return vspStsNoErr;
 }
 
-extern "C" VspStatus vspsG729WriteRtp(const VspsG729Frame* pFrame, Vsp8u* pBytes, int* pWritten) {
+extern "C" VSPS_CODECS_API VspStatus vspscodecG729RtpWrite(const VspsG729Frame* pFrame, Vsp8u* pBytes, int* pWritten) {
   if (pFrame == nullptr || pBytes == nullptr || pWritten == nullptr) return vspStsNullPtrErr;
   if (pFrame->type < 0 || pFrame->type > 2) return vspStsRangeErr;
   int bits[80] = {};

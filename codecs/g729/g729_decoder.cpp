@@ -16,6 +16,8 @@ constexpr int kExcLen = kExcHistory + kFrame;      // past excitation + this fra
 constexpr int kMaxPostFilterState = 1024;          // bytes reserved for either post-filter state
 constexpr Vsp16s kLspReset[kM] = {30000, 26000, 21000, 15000, 8000, 0, -8000, -15000, -21000, -26000};
 constexpr Vsp16s kLsfReset[kM] = {2339, 4679, 7018, 9358, 11698, 14037, 16377, 18717, 21056, 23396};  // Q13, MA memory rows
+constexpr Vsp16s kLspSidReset[kM] = {31441, 27566, 21458, 13612, 4663, -4663, -13612, -21458, -27566, -31441};
+constexpr Vsp16s kInitSeed = 11111;
 constexpr Vsp16s kPostHighPass[6] = {8192, 15836, -7667, 7699, -15398, 7699};  // 100 Hz, Q13 (a0 a1 a2 b0 b1 b2)
 
 }  // namespace
@@ -34,6 +36,13 @@ struct VspsG729Decoder {
   Vsp16s pastQuaEn[4];      // gain predictor memory, Q10
   Vsp16s seedFer;           // random generator of erased frames
   Vsp16s voicing;           // main body: voicing of the previous frame
+  Vsp16s t0Post[2];         // lags for the post-filter of a comfort-noise frame
+  // Annex B
+  int pastType;             // type of the previous frame (1 speech)
+  Vsp16s seedCng;           // comfort-noise generator
+  Vsp16s sidSav, shSidSav;  // energy of the last good frame's excitation
+  Vsp16s sidGain, curGain;  // SID gain and smoothed comfort-noise gain
+  Vsp16s lspSid[kM];        // comfort-noise LSP
   Vsp8u highPass[24];       // post-processing filter state
   alignas(8) Vsp8u postFilter[kMaxPostFilterState];
 };
@@ -102,13 +111,13 @@ Vsp16s speech_subframe(VspsG729Decoder* d, const VspsG729Frame* f, bool erased, 
 
 }  // namespace
 
-extern "C" VspStatus vspsG729DecoderGetSize(int* pSize) {
+extern "C" VSPS_CODECS_API VspStatus vspscodecG729DecoderGetSize(int* pSize) {
   if (pSize == nullptr) return vspStsNullPtrErr;
   *pSize = static_cast<int>(sizeof(VspsG729Decoder));
   return vspStsNoErr;
 }
 
-extern "C" VspStatus vspsG729DecoderInit(VspsG729Decoder* pDec, int options) {
+extern "C" VSPS_CODECS_API VspStatus vspscodecG729DecoderInit(VspsG729Decoder* pDec, int options) {
   if (pDec == nullptr) return vspStsNullPtrErr;
   if ((options & ~(VSPS_G729_ANNEX_A | VSPS_G729_DTX)) != 0) return vspStsRangeErr;
   std::memset(pDec, 0, sizeof *pDec);
@@ -121,6 +130,12 @@ extern "C" VspStatus vspsG729DecoderInit(VspsG729Decoder* pDec, int options) {
   for (Vsp16s& e : d->pastQuaEn) e = -14336;
   d->seedFer = 21845;
   d->voicing = 60;
+  d->t0Post[0] = d->t0Post[1] = 60;
+  d->pastType = VSPS_G729_SPEECH;
+  d->seedCng = kInitSeed;
+  d->shSidSav = 1;
+  legacy90vspsDecodeSidGain_G729B_16s(0, &d->sidGain);
+  std::memcpy(d->lspSid, kLspSidReset, sizeof kLspSidReset);
   legacy90vspsHighPassFilterInit_G729(kPostHighPass, d->highPass);
   int size = 0;
   if (annex_a(d)) {
@@ -135,35 +150,79 @@ extern "C" VspStatus vspsG729DecoderInit(VspsG729Decoder* pDec, int options) {
   return vspStsNoErr;
 }
 
-extern "C" VspStatus vspsG729Decode(VspsG729Decoder* pDec, const VspsG729Frame* pFrame, Vsp16s* pPcm) {
-  if (pDec == nullptr || pFrame == nullptr || pPcm == nullptr) return vspStsNullPtrErr;
-  if (pFrame->type < 0 || pFrame->type > 2) return vspStsRangeErr;
-  VspsG729Decoder* d = pDec;
-  const bool erased = pFrame->erased != 0 || pFrame->type != VSPS_G729_SPEECH;
+namespace {
+
+// A comfort-noise frame (Annex B): SID parameters or the last ones,
+// random excitation, synthesis through the comfort-noise filter.
+void noise_frame(VspsG729Decoder* d, const VspsG729Frame* f, int type, Vsp16s* az, Vsp16s* syn) {
+  if (type == VSPS_G729_SID) {
+    legacy90vspsDecodeSidGain_G729B_16s(f->prm[3], &d->sidGain);
+    legacy90vspsDecodeSID_G729B_16s(f->prm, d->freqPrev, d->lspSid);
+  } else if (d->pastType == VSPS_G729_SPEECH) {  // the first SID frame was lost
+    Vsp16s energyQ = 0, index = 0;
+    legacy90vspsQuantSidEnergy_G729B_16s(&d->sidSav, &d->shSidSav, 0, &energyQ, &index);
+    legacy90vspsDecodeSidGain_G729B_16s(index, &d->sidGain);
+  }
+  legacy90vspsComfortNoiseExcitation_G729B_16s(d->sidGain, d->pastType == VSPS_G729_SPEECH, &d->curGain, &d->seedCng,
+                                              d->exc, nullptr);
+  lp_of_frame(d, d->lspSid, az);
+  for (int sf = 0; sf < 2; ++sf)
+    legacy90vspsDecodeSynthesis_G729_16s(az + sf * (kM + 1), d->exc, kExcHistory + (sf + 1) * kSubfr,
+                                         syn + sf * kSubfr, d->memSyn);
+  d->sharpGain = 0;  // SHARPMIN
+  d->t0Post[0] = d->t0Post[1] = d->oldT0;
+}
+
+void speech_frame(VspsG729Decoder* d, const VspsG729Frame* f, bool erased, Vsp16s* az, Vsp16s* syn) {
   bool badPitch = false;
   if (!erased) {
     Vsp16s parity = 0;
-    legacy90vspsPitchParity_G729_16s(pFrame->prm[2], &parity);
-    badPitch = parity != pFrame->prm[3];
+    legacy90vspsPitchParity_G729_16s(f->prm[2], &parity);
+    badPitch = parity != f->prm[3];
   }
-  Vsp16s lsp[kM], az[2 * (kM + 1)], syn[kFrame], t0[2] = {0, 0};
-  decode_lsp(d, pFrame, erased, lsp);
+  Vsp16s lsp[kM];
+  decode_lsp(d, f, erased, lsp);
   lp_of_frame(d, lsp, az);
+  Vsp16s t0 = 0;
   for (int sf = 0; sf < 2; ++sf) {
-    if (sf == 1) t0[1] = t0[0];
-    speech_subframe(d, pFrame, erased, badPitch, sf, az + sf * (kM + 1), syn + sf * kSubfr, &t0[sf]);
+    speech_subframe(d, f, erased, badPitch, sf, az + sf * (kM + 1), syn + sf * kSubfr, &t0);
+    d->t0Post[sf] = t0;
   }
+}
+
+}  // namespace
+
+extern "C" VSPS_CODECS_API VspStatus vspscodecG729DecoderDecode(VspsG729Decoder* pDec, const VspsG729Frame* pFrame,
+                                                                Vsp16s* pPcm) {
+  if (pDec == nullptr || pFrame == nullptr || pPcm == nullptr) return vspStsNullPtrErr;
+  if (pFrame->type < 0 || pFrame->type > 2) return vspStsRangeErr;
+  VspsG729Decoder* d = pDec;
+  const bool dtx = (d->options & VSPS_G729_DTX) != 0;
+  bool erased = pFrame->erased != 0;
+  int type = pFrame->type;
+  if (!dtx && type != VSPS_G729_SPEECH) erased = true, type = VSPS_G729_SPEECH;
+  if (erased) type = d->pastType == VSPS_G729_SPEECH ? VSPS_G729_SPEECH : VSPS_G729_NO_DATA;
+  Vsp16s az[2 * (kM + 1)], syn[kFrame];
+  if (type == VSPS_G729_SPEECH) {
+    d->seedCng = kInitSeed;
+    speech_frame(d, pFrame, erased, az, syn);
+  } else {
+    noise_frame(d, pFrame, type, az, syn);
+  }
+  if (dtx && !erased) legacy90vspsExcitationEnergy_G729B_16s(d->exc + kExcHistory, &d->sidSav, &d->shSidSav);
+  d->pastType = type;
   std::memmove(d->exc, d->exc + kFrame, sizeof(Vsp16s) * kExcHistory);
+  const int vad = type == VSPS_G729_SPEECH ? 1 : 0;
   if (annex_a(d)) {
     for (int sf = 0; sf < 2; ++sf)
-      legacy90vspsPostFilter_G729A_16s(az + sf * (kM + 1), syn + sf * kSubfr, pPcm + sf * kSubfr, t0[sf], 1,
+      legacy90vspsPostFilter_G729A_16s(az + sf * (kM + 1), syn + sf * kSubfr, pPcm + sf * kSubfr, d->t0Post[sf], vad,
                                        d->postFilter);
   } else {
     Vsp16s voicing = 0;
     for (int sf = 0; sf < 2; ++sf) {
       Vsp16s vo = 0;
-      legacy90vspsPostFilter_G729_16s(az + sf * (kM + 1), syn + sf * kSubfr, pPcm + sf * kSubfr, t0[0], 1, &vo,
-                                      d->postFilter);
+      legacy90vspsPostFilter_G729_16s(az + sf * (kM + 1), syn + sf * kSubfr, pPcm + sf * kSubfr, d->t0Post[0], vad,
+                                      &vo, d->postFilter);
       if (vo != 0) voicing = vo;
     }
     d->voicing = voicing;

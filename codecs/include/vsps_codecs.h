@@ -1,18 +1,51 @@
 /*
- * vsps_codecs.h - complete codecs assembled from the vsps primitives.
+ * vsps_codecs.h - the companion codec layer: whole encoders, decoders and
+ * the echo canceller, assembled from the exports of vsps.h only.
  *
- * Each codec object lives in memory the caller allocates: ...GetSize gives
- * the bytes, ...Init formats them (any alignment), the frame calls use them.
- * Functions return VspStatus values of vsps.h.
+ * The library (vsps.h) computes the standards' steps and holds no frame
+ * loop, no framing and no input or output. This layer holds exactly those:
+ * per codec a driver that runs the frame loop over the library's steps,
+ * keeps the codec's state, and reads and writes the codec's bit-stream
+ * formats. It computes nothing a standard computes: every signal-processing
+ * step is a call into vsps.h.
+ *
+ * Conventions, shared by every driver:
+ *  - Names: vspscodec + codec + object + verb, e.g. vspscodecG726EncoderInit.
+ *  - Objects are caller-allocated: ...GetSize writes the byte size, ...Init
+ *    formats the memory (any alignment), the working calls use it, the
+ *    caller frees it. No allocation, no global state, no I/O.
+ *  - Every function returns a VspStatus of vsps.h, with the library's
+ *    check order (null pointers, then sizes, then ranges; nothing written
+ *    on failure). A status of a library step is passed on unchanged.
+ *  - Bit-stream formats live beside their driver (one per format in use:
+ *    the standards' test-vector formats and the RTP payload formats).
+ *
+ * The drivers' declarations follow, one block per codec.
  */
 #ifndef VSPS_CODECS_H
 #define VSPS_CODECS_H
 
 #include "vsps.h"
 
+#if defined(_WIN32) && !defined(VSPS_CODECS_STATIC)
+#if defined(VSPS_CODECS_BUILDING)
+#define VSPS_CODECS_API __declspec(dllexport)
+#else
+#define VSPS_CODECS_API __declspec(dllimport)
+#endif
+#elif defined(VSPS_CODECS_BUILDING)
+#define VSPS_CODECS_API __attribute__((visibility("default")))
+#else
+#define VSPS_CODECS_API
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* The codec layer's version as "major.minor.patch" (the library's), never
+ * null. */
+VSPS_CODECS_API const char* vspscodecGetVersion(void);
 
 /* ---- G.729 (main body, Annex A, Annex B) --------------------------------- */
 
@@ -39,15 +72,25 @@ typedef struct VspsG729Decoder VspsG729Decoder;
 typedef struct VspsG729Encoder VspsG729Encoder;
 
 /* Bytes of a decoder object. pSize null: vspStsNullPtrErr. */
-VspStatus vspsG729DecoderGetSize(int* pSize);
+VSPS_CODECS_API VspStatus vspscodecG729DecoderGetSize(int* pSize);
 /* Formats a decoder (reset state) with options VSPS_G729_ANNEX_A and/or
  * VSPS_G729_DTX. Null: vspStsNullPtrErr; unknown option bits:
  * vspStsRangeErr. */
-VspStatus vspsG729DecoderInit(VspsG729Decoder* pDec, int options);
+VSPS_CODECS_API VspStatus vspscodecG729DecoderInit(VspsG729Decoder* pDec, int options);
 /* Decodes one frame into 80 samples (post-filtered and post-processed).
  * Without VSPS_G729_DTX a SID or no-data frame is decoded as erased.
  * Null: vspStsNullPtrErr; a frame type outside 0..2: vspStsRangeErr. */
-VspStatus vspsG729Decode(VspsG729Decoder* pDec, const VspsG729Frame* pFrame, Vsp16s* pPcm);
+VSPS_CODECS_API VspStatus vspscodecG729DecoderDecode(VspsG729Decoder* pDec, const VspsG729Frame* pFrame, Vsp16s* pPcm);
+
+/* Bytes of an encoder object. pSize null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecG729EncoderGetSize(int* pSize);
+/* Formats an encoder (reset state) with options VSPS_G729_ANNEX_A and/or
+ * VSPS_G729_DTX. Null: vspStsNullPtrErr; unknown option bits:
+ * vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG729EncoderInit(VspsG729Encoder* pEnc, int options);
+/* Encodes 80 samples (16-bit PCM, 8 kHz) into one frame of parameters.
+ * Null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecG729EncoderEncode(VspsG729Encoder* pEnc, const Vsp16s* pPcm, VspsG729Frame* pFrame);
 
 /* ---- G.729 bit-stream formats ---------------------------------------------- */
 
@@ -57,19 +100,21 @@ VspStatus vspsG729Decode(VspsG729Decoder* pDec, const VspsG729Frame* pFrame, Vsp
 enum { VSPS_G729_SERIAL_MAX_WORDS = 82 };
 
 /* Reads one frame from pWords (nWords available). *pUsed gets the words
- * consumed. Statuses: vspStsNullPtrErr; vspStsSizeErr when the frame is
- * truncated (fewer words than its count says); vspStsBadArgErr for a bad
- * sync word, a count other than 0, 15, 16 or 80, or a bit word other than
- * 0x007F, 0x0081 or 0. Zero bit words mark an erasure. */
-VspStatus vspsG729ReadSerial(const Vsp16s* pWords, int nWords, VspsG729Frame* pFrame, int* pUsed);
+ * consumed. Zero bit words and a sync word other than 0x6B21 mark the frame
+ * erased (the ITU decoders' rule; the Annex B test files contain such a
+ * frame). Statuses: vspStsNullPtrErr; vspStsSizeErr when the frame is
+ * truncated (fewer words than its count says); vspStsBadArgErr for a count
+ * other than 0, 15, 16 or 80, or a bit word other than 0x007F, 0x0081 or 0. */
+VSPS_CODECS_API VspStatus vspscodecG729SerialRead(const Vsp16s* pWords, int nWords, VspsG729Frame* pFrame, int* pUsed);
 /* Writes one frame (speech: 82 words, SID: 18, no data: 2); *pWritten gets
  * the count. Null: vspStsNullPtrErr; bad type: vspStsRangeErr. */
-VspStatus vspsG729WriteSerial(const VspsG729Frame* pFrame, Vsp16s* pWords, int* pWritten);
+VSPS_CODECS_API VspStatus vspscodecG729SerialWrite(const VspsG729Frame* pFrame, Vsp16s* pWords, int* pWritten);
 
 /* RTP payload (RFC 3551): 10 octets per speech frame, 2 per SID frame, 0
  * for no data; bits MSB first in parameter order. */
-VspStatus vspsG729ReadRtp(const Vsp8u* pBytes, int nBytes, VspsG729Frame* pFrame);
-VspStatus vspsG729WriteRtp(const VspsG729Frame* pFrame, Vsp8u* pBytes, int* pWritten);
+VSPS_CODECS_API VspStatus vspscodecG729RtpRead(const Vsp8u* pBytes, int nBytes, VspsG729Frame* pFrame);
+VSPS_CODECS_API VspStatus vspscodecG729RtpWrite(const VspsG729Frame* pFrame, Vsp8u* pBytes, int* pWritten);
+
 
 #ifdef __cplusplus
 }

@@ -26,9 +26,20 @@ struct Case {
 };
 
 constexpr int kA = VSPS_G729_ANNEX_A;
+constexpr int kB = VSPS_G729_DTX;
+constexpr int kAB = VSPS_G729_ANNEX_A | VSPS_G729_DTX;
 
-// The table of g729-codec conformance: 9 main decoder files, 10 Annex A.
+// The conformance table: main body 6 encoder + 9 decoder files, Annex A 7 + 10.
 const Case kCases[] = {
+    {"g729", 0, true, "ALGTHM.IN", "ALGTHM.BIT"}, {"g729", 0, true, "FIXED.IN", "FIXED.BIT"},
+    {"g729", 0, true, "LSP.IN", "LSP.BIT"},       {"g729", 0, true, "PITCH.IN", "PITCH.BIT"},
+    {"g729", 0, true, "SPEECH.IN", "SPEECH.BIT"}, {"g729", 0, true, "TAME.IN", "TAME.BIT"},
+
+    {"g729a", kA, true, "ALGTHM.IN", "ALGTHM.BIT"}, {"g729a", kA, true, "FIXED.IN", "FIXED.BIT"},
+    {"g729a", kA, true, "LSP.IN", "LSP.BIT"},       {"g729a", kA, true, "PITCH.IN", "PITCH.BIT"},
+    {"g729a", kA, true, "SPEECH.IN", "SPEECH.BIT"}, {"g729a", kA, true, "TAME.IN", "TAME.BIT"},
+    {"g729a", kA, true, "TEST.IN", "TEST.BIT"},
+
     {"g729", 0, false, "ALGTHM.BIT", "ALGTHM.PST"},    {"g729", 0, false, "ERASURE.BIT", "ERASURE.PST"},
     {"g729", 0, false, "FIXED.BIT", "FIXED.PST"},      {"g729", 0, false, "LSP.BIT", "LSP.PST"},
     {"g729", 0, false, "OVERFLOW.BIT", "OVERFLOW.PST"}, {"g729", 0, false, "PARITY.BIT", "PARITY.PST"},
@@ -40,6 +51,18 @@ const Case kCases[] = {
     {"g729a", kA, false, "OVERFLOW.BIT", "OVERFLOW.PST"}, {"g729a", kA, false, "PARITY.BIT", "PARITY.PST"},
     {"g729a", kA, false, "PITCH.BIT", "PITCH.PST"},      {"g729a", kA, false, "SPEECH.BIT", "SPEECH.PST"},
     {"g729a", kA, false, "TAME.BIT", "TAME.PST"},        {"g729a", kA, false, "TEST.BIT", "TEST.pst"},
+
+    // Annex B (VAD on) over the main body and over Annex A: 4 encoder and 6 decoder files each.
+    {"g729b", kB, true, "tstseq1.bin", "tstseq1.bit"},    {"g729b", kB, true, "tstseq2.bin", "tstseq2.bit"},
+    {"g729b", kB, true, "tstseq3.bin", "tstseq3.bit"},    {"g729b", kB, true, "tstseq4.bin", "tstseq4.bit"},
+    {"g729b", kAB, true, "tstseq1.bin", "tstseq1a.bit"},  {"g729b", kAB, true, "tstseq2.bin", "tstseq2a.bit"},
+    {"g729b", kAB, true, "tstseq3.bin", "tstseq3a.bit"},  {"g729b", kAB, true, "tstseq4.bin", "tstseq4a.bit"},
+    {"g729b", kB, false, "tstseq1.bit", "tstseq1.out"},    {"g729b", kB, false, "tstseq2.bit", "tstseq2.out"},
+    {"g729b", kB, false, "tstseq3.bit", "tstseq3.out"},    {"g729b", kB, false, "tstseq4.bit", "tstseq4.out"},
+    {"g729b", kB, false, "tstseq5.bit", "tstseq5.out"},    {"g729b", kB, false, "tstseq6.bit", "tstseq6.out"},
+    {"g729b", kAB, false, "tstseq1a.bit", "tstseq1a.out"}, {"g729b", kAB, false, "tstseq2a.bit", "tstseq2a.out"},
+    {"g729b", kAB, false, "tstseq3a.bit", "tstseq3a.out"}, {"g729b", kAB, false, "tstseq4a.bit", "tstseq4a.out"},
+    {"g729b", kAB, false, "tstseq5.bit", "tstseq5a.out"},  {"g729b", kAB, false, "tstseq6.bit", "tstseq6a.out"},
 };
 
 std::vector<Vsp16s> read_words(const std::string& path) {
@@ -52,23 +75,41 @@ std::vector<Vsp16s> read_words(const std::string& path) {
 
 std::vector<Vsp16s> decode(const std::vector<Vsp16s>& bits, int options) {
   int size = 0;
-  EXPECT_EQ(vspsG729DecoderGetSize(&size), vspStsNoErr);
+  EXPECT_EQ(vspscodecG729DecoderGetSize(&size), vspStsNoErr);
   std::vector<unsigned char> mem(static_cast<std::size_t>(size));
   auto* dec = reinterpret_cast<VspsG729Decoder*>(mem.data());
-  EXPECT_EQ(vspsG729DecoderInit(dec, options), vspStsNoErr);
+  EXPECT_EQ(vspscodecG729DecoderInit(dec, options), vspStsNoErr);
   std::vector<Vsp16s> out;
   for (std::size_t pos = 0; pos < bits.size();) {
     VspsG729Frame f{};
     int used = 0;
-    const VspStatus st = vspsG729ReadSerial(bits.data() + pos, static_cast<int>(bits.size() - pos), &f, &used);
+    const VspStatus st = vspscodecG729SerialRead(bits.data() + pos, static_cast<int>(bits.size() - pos), &f, &used);
     if (st != vspStsNoErr) {
       ADD_FAILURE() << "bit-stream frame " << out.size() / 80 << ": status " << st;
       break;
     }
     pos += static_cast<std::size_t>(used);
     Vsp16s pcm[80];
-    EXPECT_EQ(vspsG729Decode(dec, &f, pcm), vspStsNoErr);
+    EXPECT_EQ(vspscodecG729DecoderDecode(dec, &f, pcm), vspStsNoErr);
     out.insert(out.end(), pcm, pcm + 80);
+  }
+  return out;
+}
+
+std::vector<Vsp16s> encode(const std::vector<Vsp16s>& pcm, int options) {
+  int size = 0;
+  EXPECT_EQ(vspscodecG729EncoderGetSize(&size), vspStsNoErr);
+  std::vector<unsigned char> mem(static_cast<std::size_t>(size));
+  auto* enc = reinterpret_cast<VspsG729Encoder*>(mem.data());
+  EXPECT_EQ(vspscodecG729EncoderInit(enc, options), vspStsNoErr);
+  std::vector<Vsp16s> out;
+  for (std::size_t pos = 0; pos + 80 <= pcm.size(); pos += 80) {
+    VspsG729Frame f{};
+    EXPECT_EQ(vspscodecG729EncoderEncode(enc, pcm.data() + pos, &f), vspStsNoErr);
+    Vsp16s words[VSPS_G729_SERIAL_MAX_WORDS];
+    int n = 0;
+    EXPECT_EQ(vspscodecG729SerialWrite(&f, words, &n), vspStsNoErr);
+    out.insert(out.end(), words, words + n);
   }
   return out;
 }
@@ -88,16 +129,19 @@ TEST_P(G729Conformance, ReproducesTheReferenceFile) {
   const std::string dir = root + "/" + c.dir + "/";
   if (root.empty() || !fs::exists(dir + c.input) || !fs::exists(dir + c.expected))
     GTEST_SKIP() << "conformance files not found: " << dir << c.input;
-  const std::vector<Vsp16s> got = decode(read_words(dir + c.input), c.options);
+  const std::vector<Vsp16s> in = read_words(dir + c.input);
+  const std::vector<Vsp16s> got = c.encode ? encode(in, c.options) : decode(in, c.options);
   const std::vector<Vsp16s> want = read_words(dir + c.expected);
   ASSERT_FALSE(want.empty());
   const std::size_t at = first_difference(got, want);
   EXPECT_TRUE(got == want) << c.dir << "/" << c.input << ": first difference at word " << at << " (frame "
-                           << at / 80 << "), " << got.size() << " words produced, " << want.size() << " expected";
+                           << at / (c.encode ? 82 : 80) << "), " << got.size() << " words produced, " << want.size() << " expected";
 }
 
 std::string case_name(const testing::TestParamInfo<Case>& info) {
-  std::string n = std::string(info.param.dir) + "_" + (info.param.encode ? "enc_" : "dec_") + info.param.input;
+  static const char* const kVariant[] = {"main", "a", "b", "ab"};  // by option bits
+  std::string n = std::string(kVariant[info.param.options & 3]) + "_" + (info.param.encode ? "enc_" : "dec_") +
+                  info.param.input;
   for (char& ch : n)
     if (!std::isalnum(static_cast<unsigned char>(ch))) ch = '_';
   return n;

@@ -27,3 +27,13 @@ VT_CONTRACT(legacy90vspsResidualFilter_NR_16s_Sfs) {
               vt::bad("scaleFactor", -1, vspStsRangeErr), vt::bad("scaleFactor", 16, vspStsRangeErr)};
   return c;
 }
+
+VT_CONTRACT(legacy90vspsConvPartial_NR_16s_Sfs) {
+  vt::Contract c;
+  c.valid = [=] {
+    return vt::Call(name).in("pSrc1", 40).in("pSrc2", 40).out("pDst", 40).scalar("len", 40).scalar("scaleFactor", 12);
+  };
+  c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("scaleFactor", -1, vspStsRangeErr),
+              vt::bad("scaleFactor", 16, vspStsRangeErr)};
+  return c;
+}

@@ -46,3 +46,19 @@ inline void residual(const int16_t* a, int order, const int16_t* x, int16_t* y, 
 }
 
 }  // namespace vsps::VSPS_NS::speech
+
+namespace vsps::VSPS_NS::speech {
+
+// y[n] = extract_h(L_shl(sum_{i<=n} L_mac x[i] h[n-i], 15 - q)), saturating
+// (G.729 Convolve with h in Qq).
+inline void convolve_sat(const int16_t* x, const int16_t* h, int16_t* y, int len, int q) {
+  using namespace bop;
+  const auto shift = static_cast<int16_t>(15 - q);
+  for (int n = 0; n < len; ++n) {
+    int32_t s = 0;
+    for (int i = 0; i <= n; ++i) s = L_mac(s, x[i], h[n - i]);
+    y[n] = extract_h(L_shl(s, shift));
+  }
+}
+
+}  // namespace vsps::VSPS_NS::speech
