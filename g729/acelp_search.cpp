@@ -43,22 +43,6 @@ void cor_h(const int16_t* H, Matrix rr) {
   }
 }
 
-// Cor_h_X: backward-filtered target, largest value on about 13 bits.
-void cor_h_x(const int16_t* h, const int16_t* x, int16_t* dn) {
-  int32_t y32[kSubfr];
-  int32_t mx = 0;
-  for (int i = 0; i < kSubfr; ++i) {
-    int32_t s = 0;
-    for (int j = i; j < kSubfr; ++j) s = L_mac(s, x[j], h[j - i]);
-    y32[i] = s;
-    if (L_sub(L_abs(s), mx) > 0) mx = L_abs(s);
-  }
-  int16_t k = norm_l(mx);
-  if (k > 16) k = 16;
-  k = sub(18, k);
-  for (int i = 0; i < kSubfr; ++i) dn[i] = extract_l(L_shr(y32[i], k));
-}
-
 // Signs of dn (32767 / -32768), dn made non-negative.
 void signs_of(int16_t* dn, int16_t* s) {
   for (int i = 0; i < kSubfr; ++i) {
@@ -96,6 +80,26 @@ void output(const int* ip, const int16_t* s, const int16_t* h, int16_t* code, in
 
 bool args_ok(Vsp16s T0) { return T0 >= kLagMin && T0 <= kLagMax; }
 
+// Common start of both searches: sharpened h, its correlations, the
+// backward-filtered target made non-negative with its signs.
+void prepare(const Vsp16s* target, const Vsp16s* imp, int T0, int16_t prevGainPitch, int16_t* h, Matrix rr,
+             int16_t* dn, int16_t* s) {
+  for (int i = 0; i < kSubfr; ++i) h[i] = imp[i];
+  if (T0 < kSubfr) sharpen(h, T0, prevGainPitch);
+  cor_h(h, rr);
+  cor_h_x(h, target, dn);
+  signs_of(dn, s);
+}
+
+// Common end: the vectors and indices of the pulses, the code sharpened.
+void finish(const int* ip, const int16_t* s, const int16_t* h, int T0, int16_t prevGainPitch, Vsp16s* code,
+            Vsp16s* y, Vsp16s* index) {
+  int16_t c[kSubfr], f[kSubfr];
+  output(ip, s, h, c, f, index);
+  if (T0 < kSubfr) sharpen(c, T0, prevGainPitch);
+  for (int i = 0; i < kSubfr; ++i) code[i] = c[i], y[i] = f[i];
+}
+
 }  // namespace
 
 VspStatus legacy90vspsFixedCodebookSearch_G729_16s(const Vsp16s* pTarget2, const Vsp16s* pImp, Vsp16s T0,
@@ -106,13 +110,9 @@ VspStatus legacy90vspsFixedCodebookSearch_G729_16s(const Vsp16s* pTarget2, const
     return vspStsNullPtrErr;
   if (!args_ok(T0) || subframe < 0 || subframe > 1) return vspStsRangeErr;
   int16_t h[kSubfr], dn[kSubfr], s[kSubfr];
-  for (int i = 0; i < kSubfr; ++i) h[i] = pImp[i];
-  if (T0 < kSubfr) sharpen(h, T0, prevGainPitch);
   Matrix rr;
-  cor_h(h, rr);
-  cor_h_x(h, pTarget2, dn);
-  int16_t extra = subframe == 0 ? int16_t(30) : *pSrcDstExtra;
-  signs_of(dn, s);
+  prepare(pTarget2, pImp, T0, prevGainPitch, h, rr, dn, s);
+  const int16_t extra = subframe == 0 ? int16_t(30) : *pSrcDstExtra;
   int16_t max0 = dn[0], max1 = dn[1], max2 = dn[2];
   for (int i = 5; i < kSubfr; i += 5) {
     if (sub(dn[i], max0) > 0) max0 = dn[i];
@@ -164,10 +164,7 @@ VspStatus legacy90vspsFixedCodebookSearch_G729_16s(const Vsp16s* pTarget2, const
       }
     }
   }
-  int16_t code[kSubfr], y[kSubfr];
-  output(ip, s, h, code, y, pDstIndex);
-  if (T0 < kSubfr) sharpen(code, T0, prevGainPitch);
-  for (int i = 0; i < kSubfr; ++i) pDstCode[i] = code[i], pDstFiltCode[i] = y[i];
+  finish(ip, s, h, T0, prevGainPitch, pDstCode, pDstFiltCode, pDstIndex);
   *pSrcDstExtra = time;
   return vspStsNoErr;
 }
@@ -179,12 +176,8 @@ VspStatus legacy90vspsFixedCodebookSearch_G729A_16s(const Vsp16s* pTarget2, cons
     return vspStsNullPtrErr;
   if (!args_ok(T0)) return vspStsRangeErr;
   int16_t h[kSubfr], dn[kSubfr], s[kSubfr];
-  for (int i = 0; i < kSubfr; ++i) h[i] = pImp[i];
-  if (T0 < kSubfr) sharpen(h, T0, prevGainPitch);
   Matrix rr;
-  cor_h(h, rr);
-  cor_h_x(h, pTarget2, dn);
-  signs_of(dn, s);
+  prepare(pTarget2, pImp, T0, prevGainPitch, h, rr, dn, s);
   for (int p = 0; p < kSubfr; ++p)
     for (int q = 0; q < kSubfr; ++q)
       if (track_of(p) != track_of(q)) rr[p][q] = mult(rr[p][q], s[p] == s[q] ? int16_t(32767) : int16_t(-32768));
@@ -266,10 +259,7 @@ VspStatus legacy90vspsFixedCodebookSearch_G729A_16s(const Vsp16s* pTarget2, cons
     }
     if (L_msu(L_mult(alpk, sq), psk, alp) > 0) psk = sq, alpk = alp, ip[3] = i0, ip[0] = i1, ip[1] = ix, ip[2] = iy;
   }
-  int16_t code[kSubfr], y[kSubfr];
-  output(ip, s, h, code, y, pDstIndex);
-  if (T0 < kSubfr) sharpen(code, T0, prevGainPitch);
-  for (int i = 0; i < kSubfr; ++i) pDstCode[i] = code[i], pDstFiltCode[i] = y[i];
+  finish(ip, s, h, T0, prevGainPitch, pDstCode, pDstFiltCode, pDstIndex);
   return vspStsNoErr;
 }
 

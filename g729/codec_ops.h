@@ -28,6 +28,11 @@ inline constexpr int kLagMax = 144;
 inline constexpr int kInterpol = 10;    // L_INTERPOL - 1: taps each side of Pred_lt_3
 inline constexpr int kExcHistory = 154; // PIT_MAX + L_INTERPOL: past excitation the adaptive vector reads
 
+// A 32-bit shift count brought into -32..32: the same result for L_shl and
+// L_shr (everything beyond saturates or empties), and never the count
+// -32768 whose negation the shift operators cannot represent.
+inline int16_t shift_count(int v) { return static_cast<int16_t>(v < -32 ? -32 : (v > 32 ? 32 : v)); }
+
 // Linear interpolation in a Q15 table: t[i] - (t[i] - t[i+1]) a, a the Q15
 // fraction, as a 32-bit value (the reference's L_msu form).
 inline int32_t table_interp(const int16_t* t, int16_t i, int16_t a) {
@@ -89,6 +94,23 @@ inline void weight_az(const int16_t* a, int16_t g, int16_t* ap) {
     fac = round(L_mult(fac, g));
   }
   ap[kM] = round(L_mult(a[kM], fac));
+}
+
+// Cor_h_X: backward-filtered target d[i] = sum_{j>=i} x[j] h[j-i], scaled so
+// that the largest |d| has about 13 bits.
+inline void cor_h_x(const int16_t* h, const int16_t* x, int16_t* dn) {
+  int32_t y32[kSubfr];
+  int32_t mx = 0;
+  for (int i = 0; i < kSubfr; ++i) {
+    int32_t s = 0;
+    for (int j = i; j < kSubfr; ++j) s = L_mac(s, x[j], h[j - i]);
+    y32[i] = s;
+    if (L_sub(L_abs(s), mx) > 0) mx = L_abs(s);
+  }
+  int16_t k = norm_l(mx);
+  if (k > 16) k = 16;
+  k = sub(18, k);
+  for (int i = 0; i < kSubfr; ++i) dn[i] = extract_l(L_shr(y32[i], k));
 }
 
 // Annex A weighting: ap = A(z/0.75), ap1 = ap (1 - 0.7 z^-1) truncated to 11 words.

@@ -141,6 +141,8 @@ VspStatus legacy90vspsQuantSidEnergy_G729B_16s(const Vsp16s* pEner, const Vsp16s
                                                Vsp16s* pDstEnergyQ, Vsp16s* pDstIndex) {
   if (pEner == nullptr || pShEner == nullptr || pDstEnergyQ == nullptr || pDstIndex == nullptr) return vspStsNullPtrErr;
   if (nb < 0 || nb > 2) return vspStsRangeErr;
+  for (int i = 0; i < (nb == 0 ? 1 : nb); ++i)
+    if (pShEner[i] < -64 || pShEner[i] > 64) return vspStsRangeErr;
   int32_t L;
   int16_t sh;
   if (nb == 0) {

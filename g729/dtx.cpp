@@ -40,7 +40,7 @@ void sum_acf(const int16_t (*acf)[kMp1], const int16_t* sh, int nb, int16_t* sum
   sh0 = add(sh0, 14);
   int32_t L[kMp1] = {};
   for (int i = 0; i < nb; ++i) {
-    const int16_t t = sub(sh0, sh[i]);
+    const int16_t t = shift_count(sub(sh0, sh[i]));
     for (int j = 0; j < kMp1; ++j) L[j] = L_add(L[j], L_shl(L_deposit_l(acf[i][j]), t));
   }
   const int16_t t = norm_l(L[0]);
@@ -99,7 +99,7 @@ bool cmp_filt(const int16_t* R, int16_t shR, const int16_t* acf, int16_t alpha, 
     ind = 1 - ind;
   }
   int32_t Lt = L_add(L_deposit_l(mult_r(alpha, thr)), L_deposit_l(alpha));
-  Lt = L_shl(Lt, sub(add(shR, 9), add(s[0], s[1])));
+  Lt = L_shl(Lt, shift_count(sub(add(shR, 9), add(s[0], s[1]))));
   return L_sub(L, Lt) > 0;
 }
 
@@ -232,7 +232,7 @@ VspStatus legacy90vspsDTXEncode_G729B_16s(int annexA, Vsp16s* pSrcDstPrevFreq, V
     legacy90vspsQuantSidEnergy_G729B_16s(s.ener, s.shEner, 1, &energyq, &igain);
   } else {
     s.nbEner = add(s.nbEner, 1);
-    if (s.nbEner > 2) s.nbEner = 2;
+    if (s.nbEner > 2 || s.nbEner < 1) s.nbEner = 2;  // (below 1 only in a block not formatted by Init)
     legacy90vspsQuantSidEnergy_G729B_16s(s.ener, s.shEner, s.nbEner, &energyq, &igain);
     if (cmp_filt(s.rCoeff, s.shRCoeff, curAcf, s.ener[0], kFracThresh1)) s.flagChang = 1;
     if (sub(abs_s(sub(s.prevEnergy, energyq)), 2) > 0) s.flagChang = 1;

@@ -36,6 +36,7 @@ VspStatus legacy90vspsGainQuant_G729_16s(const Vsp16s* pCode, const Vsp16s* pTar
   if (pCode == nullptr || pTarget == nullptr || pFiltAdapt == nullptr || pFiltCode == nullptr || pCoeff == nullptr ||
       pSrcDstPastQuaEn == nullptr || pDstGains == nullptr || pDstIndex == nullptr)
     return vspStsNullPtrErr;
+  if (pCoeff[1] < -64 || pCoeff[1] > 64 || pCoeff[3] < -64 || pCoeff[3] > 64) return vspStsRangeErr;
   // step 0: correlations c[i] 2^-e[i]
   int16_t c[5], e[5];
   c[0] = pCoeff[0];

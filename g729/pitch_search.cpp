@@ -59,6 +59,18 @@ int16_t norm_even(const int16_t* sig, int t, int32_t c) {
   return extract_l(dpf::Mpy_32(dpf::L_Extract(c), dpf::L_Extract(inv_sqrt(e))));
 }
 
+// The lag of from..to-1 (step) with the largest decimated correlation, the
+// first on ties; *max its correlation.
+int16_t best_even(const int16_t* sig, int from, int to, int step, int32_t* max) {
+  *max = kMin32;
+  int16_t best = static_cast<int16_t>(from);
+  for (int t = from; t < to; t += step) {
+    const int32_t c = corr_even(sig, t);
+    if (L_sub(c, *max) > 0) *max = c, best = static_cast<int16_t>(t);
+  }
+  return best;
+}
+
 // Search range of a subframe: around the open-loop lag (subframe 0) or the
 // lag of subframe 0 (subframe 1).
 void search_range(int refLag, int subframe, int* tMin, int* tMax) {
@@ -125,25 +137,11 @@ VspStatus legacy90vspsOpenLoopPitch_G729A_16s(const Vsp16s* pSrc, Vsp16s* pDstLa
   int16_t* sig = buf + kOlHistory;
   scale_for_pitch(pSrc + kOlHistory, sig, 2);
   int32_t max = kMin32;
-  int16_t t1 = 20;
-  for (int t = 20; t < 40; ++t) {
-    const int32_t c = corr_even(sig, t);
-    if (L_sub(c, max) > 0) max = c, t1 = static_cast<int16_t>(t);
-  }
+  int16_t t1 = best_even(sig, 20, 40, 1, &max);
   int16_t max1 = norm_even(sig, t1, max);
-  max = kMin32;
-  int16_t t2 = 40;
-  for (int t = 40; t < 80; ++t) {
-    const int32_t c = corr_even(sig, t);
-    if (L_sub(c, max) > 0) max = c, t2 = static_cast<int16_t>(t);
-  }
+  int16_t t2 = best_even(sig, 40, 80, 1, &max);
   int16_t max2 = norm_even(sig, t2, max);
-  max = kMin32;
-  int16_t t3 = 80;
-  for (int t = 80; t < 143; t += 2) {
-    const int32_t c = corr_even(sig, t);
-    if (L_sub(c, max) > 0) max = c, t3 = static_cast<int16_t>(t);
-  }
+  int16_t t3 = best_even(sig, 80, 143, 2, &max);
   {
     const int i = t3;
     int32_t c = corr_even(sig, i + 1);
@@ -250,20 +248,8 @@ VspStatus legacy90vspsClosedLoopPitch_G729A_16s_I(Vsp16s* pSrcDstExc, const Vsp1
   int16_t* exc = pSrcDstExc + kExcHistory;
   int t0Min, t0Max;
   search_range(refLag, subframe, &t0Min, &t0Max);
-  // Cor_h_X without sharpening
-  int32_t y32[kSubfr];
-  int32_t mx = 0;
-  for (int i = 0; i < kSubfr; ++i) {
-    int32_t s = 0;
-    for (int j = i; j < kSubfr; ++j) s = L_mac(s, pTarget[j], pImp[j - i]);
-    y32[i] = s;
-    if (L_sub(L_abs(s), mx) > 0) mx = L_abs(s);
-  }
-  int16_t j = norm_l(mx);
-  if (j > 16) j = 16;
-  j = sub(18, j);
   int16_t dn[kSubfr];
-  for (int i = 0; i < kSubfr; ++i) dn[i] = extract_l(L_shr(y32[i], j));
+  cor_h_x(pImp, pTarget, dn);  // h without sharpening
   int32_t max = kMin32;
   int t0 = t0Min;
   for (int t = t0Min; t <= t0Max; ++t) {

@@ -82,7 +82,10 @@ VspStatus legacy90vspsVAD_G729B_16s(const Vsp32s* pAutoCorr, int norm, Vsp16s rc
   std::memcpy(&st, pState, sizeof st);
   const int16_t expR0 = static_cast<int16_t>(1 - norm);
   // frame counter: 1 for the first frame, after 32767 it continues at 256
-  st.frmCount = st.frmCount == 32767 ? int16_t(256) : static_cast<int16_t>(st.frmCount + 1);
+  // (a block not formatted by Init is brought back into the ranges the
+  // counters can reach, so that no table index leaves its table)
+  st.frmCount = st.frmCount == 32767 ? int16_t(256) : static_cast<int16_t>(st.frmCount < 0 ? 1 : st.frmCount + 1);
+  if (st.lessCount < 0 || st.lessCount > 32) st.lessCount = 0;
   const int16_t frm = st.frmCount;
   int16_t rh[13];
   for (int i = 0; i < 13; ++i) rh[i] = extract_h(pAutoCorr[i]);

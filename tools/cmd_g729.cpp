@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "tools/commands.h"
+#include "tools/options.h"
+#include "tools/output_file.h"
 #include "tools/progress.h"
 #include "tools/wav_io.h"
 #include "vsps_codecs.h"
@@ -98,8 +100,8 @@ bool read_frames(const std::string& path, bool rtp, std::vector<VspsG729Frame>* 
       const int n = b[pos];
       VspsG729Frame f{};
       if (pos + 1 + static_cast<std::size_t>(n) > b.size()) {
-        std::fprintf(err, "vsps: %s: frame %zu is truncated\n", path.c_str(), frames->size());
-        return false;
+        std::fprintf(err, "vsps: %s: frame %zu is truncated and dropped\n", path.c_str(), frames->size());
+        return true;
       }
       if (vspscodecG729RtpRead(b.data() + pos + 1, n, &f) != vspStsNoErr) {
         std::fprintf(err, "vsps: %s: frame %zu has a payload of %d octets (10, 2 or 0 expected)\n", path.c_str(),
@@ -117,9 +119,9 @@ bool read_frames(const std::string& path, bool rtp, std::vector<VspsG729Frame>* 
     VspsG729Frame f{};
     int used = 0;
     const VspStatus st = vspscodecG729SerialRead(w.data() + pos, static_cast<int>(w.size() - pos), &f, &used);
-    if (st == vspStsSizeErr) {
-      std::fprintf(err, "vsps: %s: frame %zu is truncated\n", path.c_str(), frames->size());
-      return false;
+    if (st == vspStsSizeErr) {  // a cut last frame: the whole frames before it are decoded
+      std::fprintf(err, "vsps: %s: frame %zu is truncated and dropped\n", path.c_str(), frames->size());
+      return true;
     }
     if (st != vspStsNoErr) {
       std::fprintf(err, "vsps: %s: frame %zu: bad bit count or bit word\n", path.c_str(), frames->size());
@@ -139,37 +141,6 @@ struct G729Options {
   bool rtp = false;
   std::string in, out;
 };
-
-// Parses [--annex a] [--dtx] [--format itu|rtp] IN OUT; 0 ok, else an exit status.
-int parse(const Args& args, G729Options* o, FILE* err) {
-  Args rest;
-  for (const std::string& a : args) {
-    if (a == "--dtx")
-      o->options |= VSPS_G729_DTX;
-    else
-      rest.push_back(a);
-  }
-  Options opt;
-  if (!parse_options(rest, {"--annex", "--format"}, &opt, err)) return 2;
-  if (const std::string* a = opt.get("--annex")) {
-    if (*a != "a" && *a != "A") {
-      std::fprintf(err, "vsps: --annex takes a\n");
-      return 2;
-    }
-    o->options |= VSPS_G729_ANNEX_A;
-  }
-  if (const std::string* f = opt.get("--format")) {
-    if (*f != "itu" && *f != "rtp") {
-      std::fprintf(err, "vsps: --format takes itu or rtp\n");
-      return 2;
-    }
-    o->rtp = *f == "rtp";
-  }
-  if (opt.positional.size() != 2) return 2;
-  o->in = opt.positional[0];
-  o->out = opt.positional[1];
-  return 0;
-}
 
 int decode(const G729Options& o, FILE* err) {
   std::vector<VspsG729Frame> frames;
@@ -232,15 +203,45 @@ int encode(const G729Options& o, FILE* err) {
 
 }  // namespace
 
+const CommandSpec kG729Spec = {
+    "g729",
+    "encode|decode IN OUT [options]",
+    "G.729 codec: audio (.wav or raw 16-bit PCM) <-> ITU serial bit-stream or RTP payloads",
+    {{"--annex", "a", "Annex A (reduced complexity) encoder or decoder"},
+     {"--dtx", nullptr, "Annex B: VAD, DTX and comfort noise (the decoder also takes streams without SID frames)"},
+     {"--format", "itu|rtp", "bit-stream: ITU serial words (default) or RFC 3551 payloads, each after a length octet"}}};
+
 int cmd_g729(const Args& args, FILE* out, FILE* err) {
-  (void)out;
-  if (args.empty()) return 2;
-  const std::string& what = args[0];
+  Options opt;
+  if (const int status = parse_or_exit(kG729Spec, args, &opt, out, err); status >= 0) return status;
+  if (opt.positional.size() != 3 || (opt.positional[0] != "encode" && opt.positional[0] != "decode")) {
+    std::fprintf(err, "vsps: g729 needs encode or decode, an input and an output file\n");
+    return 2;
+  }
   G729Options o;
-  if (const int st = parse(Args(args.begin() + 1, args.end()), &o, err)) return st;
-  if (what == "decode") return decode(o, err);
-  if (what == "encode") return encode(o, err);
-  return 2;
+  if (const std::string* a = opt.get("--annex")) {
+    if (*a != "a" && *a != "A") {
+      std::fprintf(err, "vsps: --annex takes a\n");
+      return 2;
+    }
+    o.options |= VSPS_G729_ANNEX_A;
+  }
+  if (opt.has("--dtx")) o.options |= VSPS_G729_DTX;
+  if (const std::string* f = opt.get("--format")) {
+    if (*f != "itu" && *f != "rtp") {
+      std::fprintf(err, "vsps: --format takes itu or rtp\n");
+      return 2;
+    }
+    o.rtp = *f == "rtp";
+  }
+  o.in = opt.positional[1];
+  o.out = opt.positional[2];
+  std::string error;
+  if (!output_is_not_an_input(o.out, {o.in}, &error)) {
+    std::fprintf(err, "vsps: %s\n", error.c_str());
+    return 1;
+  }
+  return opt.positional[0] == "decode" ? decode(o, err) : encode(o, err);
 }
 
 }  // namespace vsps::tool

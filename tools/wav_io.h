@@ -13,9 +13,11 @@ struct WavAudio {
 };
 
 // Reads a mono 16-bit linear PCM WAV file (plain or extensible format
-// header). Returns false with a one-line reason in *error for a file that
-// cannot be opened, is not RIFF/WAVE, is compressed or float, has another
-// sample width, more than one channel, or is truncated.
+// header; a data length of 0xFFFFFFFF, left by streaming writers, means up
+// to the end of the file). Returns false with a one-line reason in *error
+// for a directory, a file that cannot be opened, is not RIFF/WAVE, is
+// compressed or float (the encoding named), has another sample width, more
+// than one channel, or is truncated.
 bool read_wav(const std::string& path, WavAudio* audio, std::string* error);
 
 // Writes a mono 16-bit PCM WAV file; false with a reason in *error.

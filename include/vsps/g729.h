@@ -327,7 +327,9 @@ VSPS_FN(VspStatus, legacy90vspsInterpolateC_G729_32f, (const Vsp32f* pSrc1, Vsp3
  * adaptive codebook reads are passed from their start: 154 past samples
  * (PIT_MAX + L_INTERPOL) followed by the 40 of the subframe. Arithmetic:
  * bit-exact with the ITU-T G.729 (and Annex A) fixed-point reference. Pitch
- * lags are integer lags 20..143 (vspStsRangeErr outside). */
+ * lags are integer lags 19..144: index 0 of subframe 0 decodes to 19 1/3,
+ * index 31 of subframe 1 next to the top to 144 - 1/3 (vspStsRangeErr
+ * outside). */
 
 /* Parity bit of the 8-bit pitch index of subframe 0 (Parity_Pitch): 1 +
  * the number of set bits among bits 2..7, modulo 2. The decoder compares it
@@ -347,7 +349,7 @@ VSPS_FN(VspStatus, legacy90vspsPitchParity_G729_16s, (Vsp16s index, Vsp16s* pDst
  * starts old_T0 at 60.
  * Checks in order: pointers null: vspStsNullPtrErr; subframe not 0 or 1,
  * index outside 0..255 (subframe 0) or 0..31 (subframe 1), old T0 outside
- * 20..143, or (subframe 1, not erased) the input T0 outside 20..143:
+ * 19..144, or (subframe 1, not erased) the input T0 outside 19..144:
  * vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsDecodePitchLag_G729_16s, (Vsp16s index, int subframe, int erased, Vsp16s* pSrcDstOldT0, Vsp16s* pSrcDstT0, Vsp16s* pDstFrac), (index, subframe, erased, pSrcDstOldT0, pSrcDstT0, pDstFrac))
 
@@ -356,7 +358,7 @@ VSPS_FN(VspStatus, legacy90vspsDecodePitchLag_G729_16s, (Vsp16s index, int subfr
  * T0 - frac/3 with the 31-tap filter inter_3l, j = 0..39, written in place;
  * for T0 < 40 the vector reads its own first samples (the standard's
  * recursion). frac is -1, 0 or 1.
- * Checks in order: pSrcDstExc null: vspStsNullPtrErr; T0 outside 20..143
+ * Checks in order: pSrcDstExc null: vspStsNullPtrErr; T0 outside 19..144
  * or frac outside -1..1: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsDecodeAdaptiveVector_G729_16s_I, (Vsp16s T0, Vsp16s frac, Vsp16s* pSrcDstExc), (T0, frac, pSrcDstExc))
 
@@ -373,7 +375,7 @@ VSPS_FN(VspStatus, legacy90vspsDecodeFixedCodebook_G729_16s, (Vsp16s index, Vsp1
  * clamped to 3277..13017 (0.2..0.8, Q14). Serves the code vector (encoder
  * and decoder) and the encoder's impulse response. Nothing changes for
  * T0 >= 40.
- * Checks in order: pSrcDst null: vspStsNullPtrErr; T0 outside 20..143:
+ * Checks in order: pSrcDst null: vspStsNullPtrErr; T0 outside 19..144:
  * vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsPitchSharpening_G729_16s_I, (Vsp16s* pSrcDst, Vsp16s T0, Vsp16s prevGainPitch), (pSrcDst, T0, prevGainPitch))
 
@@ -432,7 +434,7 @@ VSPS_FN(VspStatus, legacy90vspsPostFilterInit_G729, (Vsp8u* pState), (pState))
  * (speech) or 0 (Annex B noise frame: no long-term filter). *pDstVoicing
  * receives the chosen long-term delay (0 when off); the main decoder treats
  * a frame as voiced for concealment when a subframe's value is nonzero.
- * Checks in order: pointers null: vspStsNullPtrErr; T0 outside 20..143 or
+ * Checks in order: pointers null: vspStsNullPtrErr; T0 outside 19..143 or
  * vad not 0 or 1: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsPostFilter_G729_16s, (const Vsp16s* pLpc, const Vsp16s* pSrc, Vsp16s* pDst, Vsp16s T0, int vad, Vsp16s* pDstVoicing, Vsp8u* pState), (pLpc, pSrc, pDst, T0, vad, pDstVoicing, pState))
 
@@ -450,7 +452,7 @@ VSPS_FN(VspStatus, legacy90vspsPostFilterInit_G729A, (Vsp8u* pState), (pState))
  * subframe's own decoded lag), tilt pre-emphasis from the response of
  * A(z/0.55)/A(z/0.70), 1/A(z/0.70) and AGC. vad 0 (Annex B noise frame)
  * skips the harmonic filter.
- * Checks in order: pointers null: vspStsNullPtrErr; T0 outside 20..143 or
+ * Checks in order: pointers null: vspStsNullPtrErr; T0 outside 19..144 or
  * vad not 0 or 1: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsPostFilter_G729A_16s, (const Vsp16s* pLpc, const Vsp16s* pSrc, Vsp16s* pDst, Vsp16s T0, int vad, Vsp8u* pState), (pLpc, pSrc, pDst, T0, vad, pState))
 

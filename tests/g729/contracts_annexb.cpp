@@ -33,7 +33,9 @@ VT_CONTRACT(legacy90vspsQuantSidEnergy_G729B_16s) {
     return vt::Call(name).in("pEner", g729t::V16{20000, 18000}).in("pShEner", g729t::V16{-20, -21}).scalar("nb", 2).out(
         "pDstEnergyQ", 1).out("pDstIndex", 1);
   };
-  c.checks = {vt::bad("nb", 3, vspStsRangeErr), vt::bad("nb", -1, vspStsRangeErr)};
+  c.checks = {vt::bad("nb", 3, vspStsRangeErr), vt::bad("nb", -1, vspStsRangeErr),
+              vt::custom("shift 65", {"pShEner"}, [](vt::Call& k) { k.buf<Vsp16s>("pShEner")[0] = 65; },
+                         vspStsRangeErr)};
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     for (auto& x : call.buf<Vsp16s>("pEner")) x = static_cast<Vsp16s>(pick(rng, 16384, 32767));
     for (auto& x : call.buf<Vsp16s>("pShEner")) x = static_cast<Vsp16s>(pick(rng, -30, 10));

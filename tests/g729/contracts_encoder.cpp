@@ -83,7 +83,7 @@ VT_CONTRACT(legacy90vspsClosedLoopPitch_G729_16s) {
     call.in("pExc", 194).in("pTarget", 40).in("pImp", impulse_response()).scalar("refLag", 60).scalar("subframe", 0);
     return call.out("pDstT0", 1).out("pDstFrac", 1);
   };
-  c.checks = {vt::bad("refLag", 19, vspStsRangeErr), vt::bad("refLag", 144, vspStsRangeErr),
+  c.checks = {vt::bad("refLag", 18, vspStsRangeErr), vt::bad("refLag", 145, vspStsRangeErr),
               vt::bad("subframe", 2, vspStsRangeErr)};
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     small(call, "pExc", rng, 3000);
@@ -100,7 +100,7 @@ VT_CONTRACT(legacy90vspsClosedLoopPitch_G729A_16s_I) {
     call.inout("pSrcDstExc", 194).in("pTarget", 40).in("pImp", impulse_response()).scalar("refLag", 60);
     return call.scalar("subframe", 0).out("pDstT0", 1).out("pDstFrac", 1);
   };
-  c.checks = {vt::bad("refLag", 19, vspStsRangeErr), vt::bad("refLag", 144, vspStsRangeErr),
+  c.checks = {vt::bad("refLag", 18, vspStsRangeErr), vt::bad("refLag", 145, vspStsRangeErr),
               vt::bad("subframe", 2, vspStsRangeErr)};
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     small(call, "pSrcDstExc", rng, 3000);
@@ -117,7 +117,7 @@ VT_CONTRACT(legacy90vspsEncodePitchLag_G729_16s) {
         "pDstIndex", 1);
   };
   c.checks = {vt::bad("subframe", 2, vspStsRangeErr), vt::bad("frac", 2, vspStsRangeErr),
-              vt::bad("T0", 145, vspStsRangeErr), vt::bad("refLag", 19, vspStsRangeErr)};
+              vt::bad("T0", 145, vspStsRangeErr), vt::bad("refLag", 18, vspStsRangeErr)};
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     const int64_t ref = pick(rng, 20, 143);
     call.scalar("refLag", ref).scalar("subframe", pick(rng, 0, 1)).scalar("frac", pick(rng, -1, 1));
@@ -222,6 +222,10 @@ VT_CONTRACT(legacy90vspsGainQuant_G729_16s) {
     call.inout("pSrcDstPastQuaEn", g729t::V16{-14336, -14336, -14336, -14336});
     return call.out("pDstGains", 2).out("pDstIndex", 1);
   };
+  c.checks = {vt::custom("exponent 65", {"pCoeff"}, [](vt::Call& k) { k.buf<Vsp16s>("pCoeff")[1] = 65; },
+                         vspStsRangeErr),
+              vt::custom("exponent -65", {"pCoeff"}, [](vt::Call& k) { k.buf<Vsp16s>("pCoeff")[3] = -65; },
+                         vspStsRangeErr)};
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     small(call, "pTarget", rng, 3000);
     small(call, "pFiltAdapt", rng, 3000);
