@@ -25,3 +25,5 @@
 #include "vsps/g729.h"
 #include "vsps/gsmamr.h"
 #include "vsps/ec.h"
+#include "vsps/g711.h"
+#include "vsps/g726.h"

@@ -13,9 +13,8 @@ namespace vsps::tool {
 
 namespace {
 
-const Command kCommands[] = {
-    {kDemoSpec, cmd_demo}, {kLpcSpec, cmd_lpc}, {kAecSpec, cmd_aec}, {kToneSpec, cmd_tone},
-    {kG729Spec, cmd_g729}, {kInfoSpec, cmd_info}};
+const Command kCommands[] = {{kDemoSpec, cmd_demo}, {kLpcSpec, cmd_lpc},   {kAecSpec, cmd_aec},  {kToneSpec, cmd_tone},
+                             {kG711Spec, cmd_g711}, {kG726Spec, cmd_g726}, {kG729Spec, cmd_g729}, {kInfoSpec, cmd_info}};
 
 int usage(FILE* f, int status) {
   std::fprintf(f, "usage: vsps [command] [arguments]   (the default command is demo)\n");
@@ -25,7 +24,8 @@ int usage(FILE* f, int status) {
   }
   std::fprintf(f,
                "vsps COMMAND --help shows a command's options; vsps --version the version.\n"
-               "Input files: 16-bit PCM mono WAV.\n");
+               "Input files: 16-bit PCM mono WAV; g711 and g726 also take raw 16-bit little-endian\n"
+               "PCM (names not ending in .wav) and code-word files.\n");
   return status;
 }
 

@@ -47,6 +47,67 @@ extern "C" {
  * null. */
 VSPS_CODECS_API const char* vspscodecGetVersion(void);
 
+/* ---- G.711 --------------------------------------------------------------- */
+/* Compresses n 16-bit linear samples into n G.711 code words (law
+ * vspPcmALaw or vspPcmMuLaw, words as transmitted). Checks: pcm, codes null
+ * vspStsNullPtrErr; n < 1 vspStsSizeErr; another law vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG711Encode(int law, const Vsp16s* pcm, int n, Vsp8u* codes);
+/* Expands n G.711 code words into n 16-bit linear samples; checks as
+ * vspscodecG711Encode. */
+VSPS_CODECS_API VspStatus vspscodecG711Decode(int law, const Vsp8u* codes, int n, Vsp16s* pcm);
+
+/* ---- G.726 --------------------------------------------------------------- */
+/* How G.726 code words are carried in bytes. */
+typedef enum VspscodecG726Format {
+  vspscodecG726Unpacked = 0, /* one code word per byte, in the low bits */
+  vspscodecG726Rtp = 1,      /* packed, RFC 3551 order (first word in the low bits) */
+  vspscodecG726Aal2 = 2      /* packed, ITU-T I.366.2 order (first word in the high bits) */
+} VspscodecG726Format;
+
+typedef struct VspscodecG726Encoder VspscodecG726Encoder; /* opaque encoder object */
+typedef struct VspscodecG726Decoder VspscodecG726Decoder; /* opaque decoder object */
+
+/* Bytes of an encoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderGetSize(int* size);
+/* Formats an encoder: kbps 16, 24, 32 or 40; law of the input (vspPcmLinear:
+ * 16-bit samples, G.726 Annex A; vspPcmALaw / vspPcmMuLaw: G.711 code words,
+ * expanded with G.711 before the ADPCM, which is the G.726 log-PCM input);
+ * the output format. Also the reset. Checks: enc null vspStsNullPtrErr;
+ * kbps, law or format outside their sets vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderInit(VspscodecG726Encoder* enc, int kbps, int law, int format);
+/* Changes the rate (16, 24, 32, 40) for the following blocks and keeps the
+ * codec state. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderSetRate(VspscodecG726Encoder* enc, int kbps);
+/* Bytes that n samples encode to in the encoder's format (n unpacked,
+ * (n*bits + 7)/8 packed), written to *bytes. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderOutputBytes(const VspscodecG726Encoder* enc, int n, int* bytes);
+/* Encodes n samples (const Vsp16s* for the linear law, const Vsp8u* code
+ * words for A-law and mu-law) into vspscodecG726EncoderOutputBytes bytes. In
+ * a packed format a block whose code words do not fill whole octets ends
+ * with zero padding: give blocks of a multiple of 8 samples except the
+ * last. Checks: enc, samples, out null vspStsNullPtrErr; n < 1
+ * vspStsSizeErr. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderEncode(VspscodecG726Encoder* enc, const void* samples, int n,
+                                                     Vsp8u* out);
+
+/* Bytes of a decoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderGetSize(int* size);
+/* Formats a decoder: kbps 16, 24, 32 or 40; output law (vspPcmLinear: 16-bit
+ * samples, Annex A limiting; vspPcmALaw / vspPcmMuLaw: G.711 code words after
+ * the synchronous coding adjustment); the input format. Also the reset.
+ * Checks as vspscodecG726EncoderInit. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderInit(VspscodecG726Decoder* dec, int kbps, int law, int format);
+/* Changes the rate for the following blocks and keeps the codec state. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderSetRate(VspscodecG726Decoder* dec, int kbps);
+/* Bytes that hold n code words in the decoder's format, written to *bytes. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderInputBytes(const VspscodecG726Decoder* dec, int n, int* bytes);
+/* Decodes n code words from vspscodecG726DecoderInputBytes bytes into n
+ * output samples (Vsp16s* for the linear law, Vsp8u* code words for A-law
+ * and mu-law). Checks: dec, in, samples null vspStsNullPtrErr; n < 1
+ * vspStsSizeErr. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderDecode(VspscodecG726Decoder* dec, const Vsp8u* in, int n,
+                                                     void* samples);
+
 /* ---- G.729 (main body, Annex A, Annex B) --------------------------------- */
 
 /* Options of the G.729 encoder and decoder (bit mask). */

@@ -577,7 +577,8 @@ VSPS_FN(VspStatus, legacy90vspsFixedCodebookSearch_G729A_16s, (const Vsp16s* pTa
  * GB; the MA memory pSrcDstPastQuaEn (4 words Q10) is updated. Decision: a
  * non-positive determinant of y1, y2 (the reference divides by it
  * unguarded) is replaced by the smallest normalised one.
- * Checks: pointers null: vspStsNullPtrErr. */
+ * Checks in order: pointers null: vspStsNullPtrErr; an exponent word of
+ * pCoeff (pCoeff[1], pCoeff[3]) outside -64..64: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsGainQuant_G729_16s, (const Vsp16s* pCode, const Vsp16s* pTarget, const Vsp16s* pFiltAdapt, const Vsp16s* pFiltCode, const Vsp16s* pCoeff, int taming, Vsp16s* pSrcDstPastQuaEn, Vsp16s* pDstGains, Vsp16s* pDstIndex), (pCode, pTarget, pFiltAdapt, pFiltCode, pCoeff, taming, pSrcDstPastQuaEn, pDstGains, pDstIndex))
 
 /* Main-body encoder memory update after a subframe (clause 3.10): the
@@ -611,8 +612,8 @@ VSPS_FN(VspStatus, legacy90vspsDecodeSID_G729B_16s, (const Vsp16s* pIndex, Vsp16
  * energies pEner[i] 2^pShEner[i] (the encoder's), or for nb = 0 the
  * decoder's saved excitation energy pEner[0] << pShEner[0], scaled, to the
  * 5-bit index *pDstIndex and the quantised energy in dB *pDstEnergyQ.
- * Checks in order: pointers null: vspStsNullPtrErr; nb outside 0..2:
- * vspStsRangeErr. */
+ * Checks in order: pointers null: vspStsNullPtrErr; nb outside 0..2, or a
+ * used pShEner value outside -64..64: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsQuantSidEnergy_G729B_16s, (const Vsp16s* pEner, const Vsp16s* pShEner, int nb, Vsp16s* pDstEnergyQ, Vsp16s* pDstIndex), (pEner, pShEner, nb, pDstEnergyQ, pDstIndex))
 
 /* The comfort-noise gain (Q3 table) of a 5-bit SID energy index.
