@@ -117,6 +117,7 @@ enum VspStatusCode {
   vspStsLsfLowClamped = 13,  /**< decoded LSF clamped at the low limit */
   vspStsLsfHighClamped = 14, /**< decoded LSF clamped at the high limit */
   vspStsLsfBothClamped = 15, /**< decoded LSF clamped at both limits */
+  vspStsOverflow = 16,       /**< an operator saturated (reference Overflow flag); outputs are valid */
   vspStsForeignCpu = 20,     /**< processor vendor differs from the tuned one */
   vspStsNoCpuFeatures = 36   /**< processor identification unavailable */
 };

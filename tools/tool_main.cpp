@@ -13,8 +13,9 @@ namespace vsps::tool {
 
 namespace {
 
-const Command kCommands[] = {{kDemoSpec, cmd_demo}, {kLpcSpec, cmd_lpc},   {kAecSpec, cmd_aec}, {kToneSpec, cmd_tone},
-                             {kG711Spec, cmd_g711}, {kG726Spec, cmd_g726}, {kAmrSpec, cmd_amr}, {kInfoSpec, cmd_info}};
+const Command kCommands[] = {{kDemoSpec, cmd_demo}, {kLpcSpec, cmd_lpc},   {kAecSpec, cmd_aec},
+                             {kToneSpec, cmd_tone}, {kG711Spec, cmd_g711}, {kG726Spec, cmd_g726},
+                             {kG729Spec, cmd_g729}, {kAmrSpec, cmd_amr},   {kInfoSpec, cmd_info}};
 
 int usage(FILE* f, int status) {
   std::fprintf(f, "usage: vsps [command] [arguments]   (the default command is demo)\n");

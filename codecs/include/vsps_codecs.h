@@ -213,6 +213,74 @@ VSPS_CODECS_API VspStatus vspscodecG726DecoderInputBytes(const VspscodecG726Deco
 VSPS_CODECS_API VspStatus vspscodecG726DecoderDecode(VspscodecG726Decoder* dec, const Vsp8u* in, int n,
                                                      void* samples);
 
+/* ---- G.729 (main body, Annex A, Annex B) --------------------------------- */
+
+/* Options of the G.729 encoder and decoder (bit mask). */
+enum {
+  VSPS_G729_ANNEX_A = 1, /* Annex A (reduced complexity) encoder / decoder */
+  VSPS_G729_DTX = 2      /* Annex B: VAD, DTX and comfort noise */
+};
+
+/* Frame types of a G.729 frame. */
+enum { VSPS_G729_NO_DATA = 0, VSPS_G729_SPEECH = 1, VSPS_G729_SID = 2 };
+
+/* One 10 ms frame as parameters: type, erasure flag, and the parameters in
+ * bit-stream order (speech: the 11 words of the standard's table, L0+L1,
+ * L2+L3, P1, P0, C1, S1, GA1+GB1, P2, C2, S2, GA2+GB2; SID: MA switch,
+ * first-stage index, second-stage index, energy index). */
+typedef struct {
+  int type;   /* VSPS_G729_SPEECH, VSPS_G729_SID or VSPS_G729_NO_DATA */
+  int erased; /* 1: the frame was lost (its parameters are not read) */
+  Vsp16s prm[11];
+} VspsG729Frame;
+
+typedef struct VspsG729Decoder VspsG729Decoder;
+typedef struct VspsG729Encoder VspsG729Encoder;
+
+/* Bytes of a decoder object. pSize null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecG729DecoderGetSize(int* pSize);
+/* Formats a decoder (reset state) with options VSPS_G729_ANNEX_A and/or
+ * VSPS_G729_DTX. Null: vspStsNullPtrErr; unknown option bits:
+ * vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG729DecoderInit(VspsG729Decoder* pDec, int options);
+/* Decodes one frame into 80 samples (post-filtered and post-processed).
+ * Without VSPS_G729_DTX a SID or no-data frame is decoded as erased.
+ * Null: vspStsNullPtrErr; a frame type outside 0..2: vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG729DecoderDecode(VspsG729Decoder* pDec, const VspsG729Frame* pFrame, Vsp16s* pPcm);
+
+/* Bytes of an encoder object. pSize null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecG729EncoderGetSize(int* pSize);
+/* Formats an encoder (reset state) with options VSPS_G729_ANNEX_A and/or
+ * VSPS_G729_DTX. Null: vspStsNullPtrErr; unknown option bits:
+ * vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG729EncoderInit(VspsG729Encoder* pEnc, int options);
+/* Encodes 80 samples (16-bit PCM, 8 kHz) into one frame of parameters.
+ * Null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecG729EncoderEncode(VspsG729Encoder* pEnc, const Vsp16s* pPcm, VspsG729Frame* pFrame);
+
+/* ---- G.729 bit-stream formats ---------------------------------------------- */
+
+/* ITU serial format (test vectors): 16-bit words, sync 0x6B21, bit count,
+ * then one word per bit (0x0081 = 1, 0x007F = 0, 0 = erased). Counts 80
+ * (speech), 16 or 15 (SID), 0 (no data). */
+enum { VSPS_G729_SERIAL_MAX_WORDS = 82 };
+
+/* Reads one frame from pWords (nWords available). *pUsed gets the words
+ * consumed. Zero bit words and a sync word other than 0x6B21 mark the frame
+ * erased (the ITU decoders' rule; the Annex B test files contain such a
+ * frame). Statuses: vspStsNullPtrErr; vspStsSizeErr when the frame is
+ * truncated (fewer words than its count says); vspStsBadArgErr for a count
+ * other than 0, 15, 16 or 80, or a bit word other than 0x007F, 0x0081 or 0. */
+VSPS_CODECS_API VspStatus vspscodecG729SerialRead(const Vsp16s* pWords, int nWords, VspsG729Frame* pFrame, int* pUsed);
+/* Writes one frame (speech: 82 words, SID: 18, no data: 2); *pWritten gets
+ * the count. Null: vspStsNullPtrErr; bad type: vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG729SerialWrite(const VspsG729Frame* pFrame, Vsp16s* pWords, int* pWritten);
+
+/* RTP payload (RFC 3551): 10 octets per speech frame, 2 per SID frame, 0
+ * for no data; bits MSB first in parameter order. */
+VSPS_CODECS_API VspStatus vspscodecG729RtpRead(const Vsp8u* pBytes, int nBytes, VspsG729Frame* pFrame);
+VSPS_CODECS_API VspStatus vspscodecG729RtpWrite(const VspsG729Frame* pFrame, Vsp8u* pBytes, int* pWritten);
+
 
 #ifdef __cplusplus
 }

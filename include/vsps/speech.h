@@ -38,3 +38,37 @@ VSPS_FN(VspStatus, legacy90vspsConvPartial_16s_Sfs, (const Vsp16s* pSrc1, const 
  * Checks in order: any pointer null: vspStsNullPtrErr; len < 1 or len >=
  * 2^29: vspStsSizeErr; lenDst < 1 or lenDst > len: vspStsSizeErr. */
 VSPS_FN(VspStatus, legacy90vspsAutoCorr_NormE_16s32s, (const Vsp16s* pSrc, int len, Vsp32s* pDst, int lenDst, int* pNorm), (pSrc, len, pDst, lenDst, pNorm))
+
+/* ======================================================================
+ * Shared speech-analysis primitives
+ * ====================================================================== */
+
+/* LP synthesis filter 1/A(z) with the saturating arithmetic of the ITU-T
+ * speech references (G.729 Syn_filt): y[n] = round(L_shl(x[n] a[0] -
+ * sum_{j=1..order} a[j] y[n-j], 15 - scaleFactor)), products by L_mult /
+ * L_msu, scaleFactor = the Q format of the coefficients (12 for G.729).
+ * pSrcDstMem holds y[-order..-1] (oldest first) and is replaced by the
+ * last `order` outputs. pSrc and pDst may be the same array. Returns
+ * vspStsOverflow (a warning, outputs valid) when an operator saturated, as
+ * the reference's Overflow flag would report.
+ * Checks in order: pointers null: vspStsNullPtrErr; order outside 1..30 or
+ * len < 1: vspStsSizeErr; scaleFactor outside 0..15: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsSynthesisFilter_NR_16s_Sfs, (const Vsp16s* pLpc, int order, const Vsp16s* pSrc, Vsp16s* pDst, int len, int scaleFactor, Vsp16s* pSrcDstMem), (pLpc, order, pSrc, pDst, len, scaleFactor, pSrcDstMem))
+
+/* LP residual (inverse) filter A(z) (G.729 Residu): y[n] =
+ * round(L_shl(sum_{i=0..order} a[i] x[n-i], 15 - scaleFactor)). pSrc holds
+ * order + len samples: the `order` past samples, then the len to filter;
+ * pDst (len) must not overlap pSrc.
+ * Checks in order: pointers null: vspStsNullPtrErr; order outside 1..30 or
+ * len < 1: vspStsSizeErr; scaleFactor outside 0..15: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsResidualFilter_NR_16s_Sfs, (const Vsp16s* pLpc, int order, const Vsp16s* pSrc, Vsp16s* pDst, int len, int scaleFactor), (pLpc, order, pSrc, pDst, len, scaleFactor))
+
+/* Partial convolution with the saturating arithmetic of the speech
+ * references (G.729 Convolve): pDst[n] = extract_h(L_shl(sum_{k=0..n}
+ * L_mac pSrc1[k] pSrc2[n-k], 15 - scaleFactor)), the sum from 0 with
+ * saturation (unlike legacy90vspsConvPartial_16s_Sfs, which wraps); scaleFactor
+ * is the Q format of pSrc2 (12 for a G.729 impulse response). pDst must not
+ * overlap the sources.
+ * Checks in order: pointers null: vspStsNullPtrErr; len < 1: vspStsSizeErr;
+ * scaleFactor outside 0..15: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsConvPartial_NR_16s_Sfs, (const Vsp16s* pSrc1, const Vsp16s* pSrc2, Vsp16s* pDst, int len, int scaleFactor), (pSrc1, pSrc2, pDst, len, scaleFactor))
