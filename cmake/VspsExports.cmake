@@ -4,6 +4,13 @@
 # vsps_read_exports(<out-var>): the exported names, in list order.
 function(vsps_read_exports out_var)
   file(READ ${PROJECT_SOURCE_DIR}/include/vsps_functions.h text)
+  # The family lists it includes ("vsps/<family>.h"), in include order.
+  string(REGEX MATCHALL "#include \"vsps/[a-z0-9_]+\\.h\"" includes "${text}")
+  foreach(inc IN LISTS includes)
+    string(REGEX MATCH "vsps/[a-z0-9_]+\\.h" f "${inc}")
+    file(READ ${PROJECT_SOURCE_DIR}/include/${f} part)
+    string(APPEND text "\n${part}")
+  endforeach()
   # Drop comments so that names mentioned in prose do not count.
   string(REGEX REPLACE "/\\*([^*]|\\*+[^*/])*\\*+/" "" text "${text}")
   string(REGEX MATCHALL "VSPS_(FN|SERVICE)\\([^,]*,[ \t\r\n]*legacy90vsps[A-Za-z0-9_]+" entries "${text}")

@@ -881,3 +881,6 @@ VSPS_FN(VspStatus, legacy90vspsToneDetect_EC_16s, (const Vsp16s* signal, int len
 VSPS_FN(VspStatus, legacy90vspsToneDetect_EC_32f, (const Vsp32f* signal, int len, int* result, VspsToneDetectState_32f* state), (signal, len, result, state))
 
 /* clang-format on */
+
+/* Families with their own list (no include guard either). */
+#include "vsps/gsmfr.h"

@@ -19,8 +19,9 @@ int cmd_demo(const Args& args, FILE* out, FILE* err);  // [-o DIR]
 int cmd_info(const Args& args, FILE* out, FILE* err);
 int cmd_lpc(const Args& args, FILE* out,
             FILE* err);  // FILE.wav [--codec g729|amr] [--mode KBPS] [--format csv|json] [-o OUT]
-int cmd_aec(const Args& args, FILE* out, FILE* err);   // FAR.wav NEAR.wav -o OUT.wav [--tail MS]
-int cmd_tone(const Args& args, FILE* out, FILE* err);  // FILE.wav
+int cmd_aec(const Args& args, FILE* out, FILE* err);    // FAR.wav NEAR.wav -o OUT.wav [--tail MS]
+int cmd_tone(const Args& args, FILE* out, FILE* err);   // FILE.wav
+int cmd_gsmfr(const Args& args, FILE* out, FILE* err);  // encode|decode IN OUT
 
 // Options: "--name value" pairs after the positional words. Returns false
 // (with a message on err) on an unknown option or a missing value.

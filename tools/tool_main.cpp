@@ -19,8 +19,11 @@ int usage(FILE* f, int status) {
                "  aec FAR.wav NEAR.wav -o OUT.wav [--tail MS]\n"
                "                           sub-band echo canceller: removes the echo of FAR from NEAR\n"
                "  tone FILE.wav            2100 Hz answer tone with phase reversals (8 or 16 kHz)\n"
+               "  gsmfr encode|decode IN OUT\n"
+               "                           GSM 06.10 full rate: 8 kHz PCM <-> .gsm (33-octet frames)\n"
+               "                           or .cod (76 16-bit words per frame)\n"
                "  info                     processor level, version record and feature masks\n"
-               "Input files: 16-bit PCM mono WAV.\n");
+               "Input files: 16-bit PCM mono WAV; codec commands also take raw 16-bit little-endian PCM.\n");
   return status;
 }
 
@@ -74,8 +77,8 @@ int run_tool(int argc, const char* const* argv, FILE* out, FILE* err) {
     const char* name;
     int (*run)(const Args&, FILE*, FILE*);
   };
-  static constexpr Command kCommands[] = {
-      {"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc}, {"aec", cmd_aec}, {"tone", cmd_tone}};
+  static constexpr Command kCommands[] = {{"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc},
+                                          {"aec", cmd_aec},   {"tone", cmd_tone}, {"gsmfr", cmd_gsmfr}};
   for (const Command& c : kCommands)
     if (cmd == c.name) {
       legacy90vspscInit();  // its warnings are reported by "vsps info"

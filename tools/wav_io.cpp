@@ -20,6 +20,11 @@ void put16(unsigned char* p, uint16_t v) {
   p[1] = static_cast<unsigned char>(v >> 8);
 }
 
+constexpr uint16_t kFormatPcm = 1;
+constexpr uint16_t kFormatExtensible = 0xFFFE;
+
+}  // namespace
+
 bool read_file(const std::string& path, std::vector<unsigned char>* bytes, std::string* error) {
   FILE* f = std::fopen(path.c_str(), "rb");
   if (f == nullptr) {
@@ -35,10 +40,21 @@ bool read_file(const std::string& path, std::vector<unsigned char>* bytes, std::
   return !failed;
 }
 
-constexpr uint16_t kFormatPcm = 1;
-constexpr uint16_t kFormatExtensible = 0xFFFE;
-
-}  // namespace
+bool write_file(const std::string& path, const unsigned char* head, std::size_t headBytes,
+                const std::vector<unsigned char>& body, std::string* error) {
+  FILE* f = std::fopen(path.c_str(), "wb");
+  if (f == nullptr) {
+    *error = path + ": cannot create (" + std::strerror(errno) + ")";
+    return false;
+  }
+  const bool ok =
+      std::fwrite(head, 1, headBytes, f) == headBytes && std::fwrite(body.data(), 1, body.size(), f) == body.size();
+  if (std::fclose(f) != 0 || !ok) {
+    *error = path + ": write error";
+    return false;
+  }
+  return true;
+}
 
 bool read_wav(const std::string& path, WavAudio* audio, std::string* error) {
   std::vector<unsigned char> b;
@@ -104,18 +120,7 @@ bool write_wav(const std::string& path, int rate, const std::vector<int16_t>& sa
   put32(h + 40, dataBytes);
   std::vector<unsigned char> body(samples.size() * 2);
   for (std::size_t i = 0; i < samples.size(); ++i) put16(&body[2 * i], static_cast<uint16_t>(samples[i]));
-  FILE* f = std::fopen(path.c_str(), "wb");
-  if (f == nullptr) {
-    *error = path + ": cannot create (" + std::strerror(errno) + ")";
-    return false;
-  }
-  const bool ok =
-      std::fwrite(h, 1, sizeof h, f) == sizeof h && std::fwrite(body.data(), 1, body.size(), f) == body.size();
-  if (std::fclose(f) != 0 || !ok) {
-    *error = path + ": write error";
-    return false;
-  }
-  return true;
+  return write_file(path, h, sizeof h, body, error);
 }
 
 }  // namespace vsps::tool

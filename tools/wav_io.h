@@ -18,6 +18,12 @@ struct WavAudio {
 // sample width, more than one channel, or is truncated.
 bool read_wav(const std::string& path, WavAudio* audio, std::string* error);
 
+// The whole contents of a file; false with a reason in *error.
+bool read_file(const std::string& path, std::vector<unsigned char>* bytes, std::string* error);
+// Writes `head` (headBytes octets) then `body`; false with a reason in *error.
+bool write_file(const std::string& path, const unsigned char* head, std::size_t headBytes,
+                const std::vector<unsigned char>& body, std::string* error);
+
 // Writes a mono 16-bit PCM WAV file; false with a reason in *error.
 bool write_wav(const std::string& path, int rate, const std::vector<int16_t>& samples, std::string* error);
 
