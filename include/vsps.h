@@ -166,6 +166,11 @@ typedef struct VspsToneDetectState_16s VspsToneDetectState_16s;
 /** State of a float 2100 Hz tone detector (80 bytes); formatted by
  * legacy90vspsToneDetectInit_EC_32f. */
 typedef struct VspsToneDetectState_32f VspsToneDetectState_32f;
+/** State of a G.722 encoder (QMF delay line and both sub-band ADPCM
+ * states); formatted by legacy90vspsEncodeInit_G722_16s8u. */
+typedef struct VspsEncoderState_G722_16s VspsEncoderState_G722_16s;
+/** State of a G.722 decoder; formatted by legacy90vspsDecodeInit_G722_8u16s. */
+typedef struct VspsDecoderState_G722_16s VspsDecoderState_G722_16s;
 
 /* ---- Functions ----------------------------------------------------------- */
 #define VSPS_SERVICE(ret, name, params, args) VSPS_API ret VSPS_CALL name params;

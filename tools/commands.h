@@ -21,6 +21,7 @@ int cmd_lpc(const Args& args, FILE* out,
             FILE* err);  // FILE.wav [--codec g729|amr] [--mode KBPS] [--format csv|json] [-o OUT]
 int cmd_aec(const Args& args, FILE* out, FILE* err);    // FAR.wav NEAR.wav -o OUT.wav [--tail MS]
 int cmd_tone(const Args& args, FILE* out, FILE* err);   // FILE.wav
+int cmd_g722(const Args& args, FILE* out, FILE* err);   // encode IN OUT | decode [--mode 1|2|3] IN OUT
 int cmd_gsmfr(const Args& args, FILE* out, FILE* err);  // encode|decode IN OUT
 
 // Options: "--name value" pairs after the positional words. Returns false

@@ -19,6 +19,8 @@ int usage(FILE* f, int status) {
                "  aec FAR.wav NEAR.wav -o OUT.wav [--tail MS]\n"
                "                           sub-band echo canceller: removes the echo of FAR from NEAR\n"
                "  tone FILE.wav            2100 Hz answer tone with phase reversals (8 or 16 kHz)\n"
+               "  g722 encode IN OUT | g722 decode [--mode 1|2|3] IN OUT\n"
+               "                           G.722 at 64/56/48 kbit/s: 16 kHz PCM <-> one octet per sample pair\n"
                "  gsmfr encode|decode IN OUT\n"
                "                           GSM 06.10 full rate: 8 kHz PCM <-> .gsm (33-octet frames)\n"
                "                           or .cod (76 16-bit words per frame)\n"
@@ -77,8 +79,8 @@ int run_tool(int argc, const char* const* argv, FILE* out, FILE* err) {
     const char* name;
     int (*run)(const Args&, FILE*, FILE*);
   };
-  static constexpr Command kCommands[] = {{"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc},
-                                          {"aec", cmd_aec},   {"tone", cmd_tone}, {"gsmfr", cmd_gsmfr}};
+  static constexpr Command kCommands[] = {{"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc},    {"aec", cmd_aec},
+                                          {"tone", cmd_tone}, {"g722", cmd_g722}, {"gsmfr", cmd_gsmfr}};
   for (const Command& c : kCommands)
     if (cmd == c.name) {
       legacy90vspscInit();  // its warnings are reported by "vsps info"

@@ -17,6 +17,35 @@
 extern "C" {
 #endif
 
+/* ---- G.722 ---------------------------------------------------------------- */
+typedef struct VspcG722Encoder VspcG722Encoder; /**< opaque encoder object */
+typedef struct VspcG722Decoder VspcG722Decoder; /**< opaque decoder object */
+
+/** Bytes of an encoder object (written to *size). */
+VspStatus vspcG722EncoderGetSize(int* size);
+/** Formats an encoder in the reset state. Errors: null: vspStsNullPtrErr. */
+VspStatus vspcG722EncoderInit(VspcG722Encoder* enc);
+/** Encodes n samples at 16 kHz (n even) into n/2 octets (ih << 6 | il, the
+ * 64 kbit/s stream). */
+VspStatus vspcG722Encode(VspcG722Encoder* enc, const Vsp16s* pcm, int n, Vsp8u* octets);
+
+/** Bytes of a decoder object (written to *size). */
+VspStatus vspcG722DecoderGetSize(int* size);
+/** Formats a decoder for mode 1, 2 or 3 (64, 56, 48 kbit/s: the octets'
+ * 0, 1 or 2 low bits are auxiliary data and ignored). Errors: null
+ * vspStsNullPtrErr; another mode vspStsRangeErr. */
+VspStatus vspcG722DecoderInit(VspcG722Decoder* dec, int mode);
+/** Decodes n octets into 2 n samples at 16 kHz. */
+VspStatus vspcG722Decode(VspcG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* pcm);
+
+/** The configuration of the digital test sequences (QMF bypassed): n
+ * lower- and higher-band samples into n octets, and n octets into n lower-
+ * and higher-band samples (the decoder's mode applies). These keep their
+ * own sub-band states in the object, reset by Init; use an object either
+ * this way or with Encode/Decode. */
+VspStatus vspcG722EncodeBands(VspcG722Encoder* enc, const Vsp16s* xl, const Vsp16s* xh, int n, Vsp8u* octets);
+VspStatus vspcG722DecodeBands(VspcG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* rl, Vsp16s* rh);
+
 /* ---- GSM 06.10 full rate ------------------------------------------------ */
 /** Samples per frame (20 ms at 8 kHz), parameters per frame, octets of the
  * packed frame. */

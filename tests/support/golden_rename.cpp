@@ -4,14 +4,19 @@
 
 namespace vt {
 
-GoldenAdapter renaming_adapter(std::vector<GoldenName> names, std::vector<std::string> ignored) {
+GoldenAdapter renaming_adapter(std::vector<GoldenName> names, std::vector<std::string> ignored,
+                               std::vector<std::pair<std::string, int64_t>> fixed) {
   GoldenAdapter a;
   for (const GoldenName& n : names) a.extraNames.push_back(n.golden);
   a.extraNames.insert(a.extraNames.end(), ignored.begin(), ignored.end());
-  a.bind = [names](Call& call, const GoldenCase& gc, SeqContext&) {
+  a.bind = [names, fixed](Call& call, const GoldenCase& gc, SeqContext&) {
+    for (const auto& [param, value] : fixed) call.scalar(param, value);
     for (const GoldenName& n : names) {
       if (const std::string* v = gc.arg(n.golden)) {
-        call.scalar(n.param, parse_int(*v));
+        if (call.fn().params[static_cast<std::size_t>(call.fn().index_of(n.param))].isPointer)
+          fill_from_tokens(call, n.param, {*v}, Role::In);
+        else
+          call.scalar(n.param, parse_int(*v));
         continue;
       }
       const GoldenArray* in = gc.in(n.golden);

@@ -8,6 +8,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/golden_runner.h"
@@ -19,7 +20,11 @@ struct GoldenName {
   std::string param;   // parameter of the export
 };
 
-// `names`: golden name -> parameter; `ignored`: outputs without a parameter.
-GoldenAdapter renaming_adapter(std::vector<GoldenName> names, std::vector<std::string> ignored = {});
+// `names`: golden name -> parameter (a scalar "arg" bound to a pointer
+// parameter becomes a one-element array); `ignored`: outputs without a
+// parameter; `fixed`: scalar parameters the files leave implicit (the
+// length of a one-call case).
+GoldenAdapter renaming_adapter(std::vector<GoldenName> names, std::vector<std::string> ignored = {},
+                               std::vector<std::pair<std::string, int64_t>> fixed = {});
 
 }  // namespace vt
