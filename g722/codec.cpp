@@ -54,13 +54,15 @@ VspStatus legacy90vspsEncode_G722_16s8u(const Vsp16s* pSrc, Vsp8u* pDst, int len
   if (len < 2 || len % 2 != 0) return vspStsSizeErr;
   Codec c;
   if (!load(pState, &c)) return vspStsRangeErr;
+  g722::QmfLine line(c.delay);
   for (int j = 0; j < len / 2; ++j) {
     int16_t xl = 0, xh = 0;
-    g722::qmf_analysis(c.delay, pSrc[2 * j], pSrc[2 * j + 1], &xl, &xh);
+    g722::qmf_analysis(line, pSrc[2 * j], pSrc[2 * j + 1], &xl, &xh);
     const int il = g722::lower_encode(c.low, xl);
     const int ih = g722::higher_encode(c.high, xh);
     pDst[j] = static_cast<Vsp8u>((ih << 6) | il);
   }
+  line.store(c.delay);
   std::memcpy(static_cast<void*>(pState), &c, sizeof c);
   return vspStsNoErr;
 }
@@ -86,12 +88,14 @@ VspStatus legacy90vspsDecode_G722_8u16s(const Vsp8u* pSrc, Vsp16s* pDst, int len
   if (mode < 1 || mode > 3) return vspStsRangeErr;
   Codec c;
   if (!load(pState, &c)) return vspStsRangeErr;
+  g722::QmfLine line(c.delay);
   for (int j = 0; j < len; ++j) {
     const int octet = pSrc[j];
     const int16_t rl = g722::lower_decode(c.low, octet & 63, mode);
     const int16_t rh = g722::higher_decode(c.high, (octet >> 6) & 3);
-    g722::qmf_synthesis(c.delay, rl, rh, pDst + 2 * j);
+    g722::qmf_synthesis(line, rl, rh, pDst + 2 * j);
   }
+  line.store(c.delay);
   std::memcpy(static_cast<void*>(pState), &c, sizeof c);
   return vspStsNoErr;
 }

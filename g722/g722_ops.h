@@ -9,6 +9,7 @@
 
 #include "core/basic_ops.h"
 #include "core/level_ns.h"
+#include "core/simd/x86.h"
 #include "g722/g722_tables.h"
 
 namespace vsps::VSPS_NS::g722 {
@@ -145,26 +146,44 @@ inline int16_t higher_decode(int16_t* st, int ih) {
   return limit15(bop::add(s, dq));
 }
 
-// The two 12-term sums of the QMF over the delay line after the new pair was
-// written to D[0], D[1]; then the line shifts by two.
-inline void qmf_sums(int16_t* delay, int32_t* a, int32_t* b) {
-  int32_t sa = int32_t(t::kQmfCoef[0]) * delay[0];
-  int32_t sb = int32_t(t::kQmfCoef[1]) * delay[1];
-  for (int i = 1; i < 12; ++i) {
-    sa = bop::L_add(sa, int32_t(t::kQmfCoef[2 * i]) * delay[2 * i]);
-    sb = bop::L_add(sb, int32_t(t::kQmfCoef[2 * i + 1]) * delay[2 * i + 1]);
+#if defined(VSPS_SIMD128)
+#include "g722/qmf_line_ssse3.inl"
+#else
+// The QMF delay line D[0..23] (D[0] newest).
+class QmfLine {
+ public:
+  explicit QmfLine(const int16_t* delay) {
+    for (int i = 0; i < t::kDelay; ++i) d_[i] = delay[i];
   }
-  for (int i = t::kDelay - 1; i >= 2; --i) delay[i] = delay[i - 2];
-  *a = sa;
-  *b = sb;
-}
+  void store(int16_t* delay) const {
+    for (int i = 0; i < t::kDelay; ++i) delay[i] = d_[i];
+  }
+  // D[1] = older, D[0] = newer; the two 12-term sums A (even taps) and B
+  // (odd taps) with exact products and saturating sums; then D[2..23] =
+  // D[0..21] (D[0] and D[1] stay until the next pair overwrites them).
+  void step(int16_t older, int16_t newer, int32_t* a, int32_t* b) {
+    d_[1] = older;
+    d_[0] = newer;
+    int32_t sa = int32_t(t::kQmfCoef[0]) * d_[0];
+    int32_t sb = int32_t(t::kQmfCoef[1]) * d_[1];
+    for (int i = 1; i < 12; ++i) {
+      sa = bop::L_add(sa, int32_t(t::kQmfCoef[2 * i]) * d_[2 * i]);
+      sb = bop::L_add(sb, int32_t(t::kQmfCoef[2 * i + 1]) * d_[2 * i + 1]);
+    }
+    for (int i = t::kDelay - 1; i >= 2; --i) d_[i] = d_[i - 2];
+    *a = sa;
+    *b = sb;
+  }
+
+ private:
+  int16_t d_[t::kDelay];
+};
+#endif
 
 // Transmit QMF: xa (older) and xb (newer) -> lower and higher sub-band.
-inline void qmf_analysis(int16_t* delay, int16_t xa, int16_t xb, int16_t* xl, int16_t* xh) {
-  delay[1] = xa;
-  delay[0] = xb;
+inline void qmf_analysis(QmfLine& line, int16_t xa, int16_t xb, int16_t* xl, int16_t* xh) {
   int32_t a = 0, b = 0;
-  qmf_sums(delay, &a, &b);
+  line.step(xa, xb, &a, &b);
   int32_t lo = bop::L_add(a, b);
   lo = bop::L_add(lo, lo);
   int32_t hi = bop::L_sub(a, b);
@@ -174,11 +193,9 @@ inline void qmf_analysis(int16_t* delay, int16_t xa, int16_t xb, int16_t* xl, in
 }
 
 // Receive QMF: rl, rh -> two output samples in time order.
-inline void qmf_synthesis(int16_t* delay, int16_t rl, int16_t rh, int16_t* y) {
-  delay[1] = bop::add(rl, rh);
-  delay[0] = bop::sub(rl, rh);
+inline void qmf_synthesis(QmfLine& line, int16_t rl, int16_t rh, int16_t* y) {
   int32_t a = 0, b = 0;
-  qmf_sums(delay, &a, &b);
+  line.step(bop::add(rl, rh), bop::sub(rl, rh), &a, &b);
   y[0] = bop::extract_h(bop::L_shl(a, 4));
   y[1] = bop::extract_h(bop::L_shl(b, 4));
 }

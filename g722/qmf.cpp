@@ -1,7 +1,5 @@
 // G.722 quadrature mirror filters over blocks: the transmit analysis into
 // two sub-bands at 8 kHz and the receive synthesis back to 16 kHz.
-#include <cstring>
-
 #include "g722/g722_ops.h"
 #include "vsps.h"
 
@@ -11,15 +9,14 @@ VspStatus legacy90vspsQMFAnalysis_G722_16s(const Vsp16s* pSrc, Vsp16s* pDstLow, 
                                            Vsp16s* pDelay) {
   if (pSrc == nullptr || pDstLow == nullptr || pDstHigh == nullptr || pDelay == nullptr) return vspStsNullPtrErr;
   if (len < 2 || len % 2 != 0) return vspStsSizeErr;
-  int16_t delay[vsps::g722::kDelay];
-  std::memcpy(delay, pDelay, sizeof delay);
+  g722::QmfLine line(pDelay);
   for (int j = 0; j < len / 2; ++j) {
     int16_t xl = 0, xh = 0;
-    g722::qmf_analysis(delay, pSrc[2 * j], pSrc[2 * j + 1], &xl, &xh);
+    g722::qmf_analysis(line, pSrc[2 * j], pSrc[2 * j + 1], &xl, &xh);
     pDstLow[j] = xl;
     pDstHigh[j] = xh;
   }
-  std::memcpy(pDelay, delay, sizeof delay);
+  line.store(pDelay);
   return vspStsNoErr;
 }
 
@@ -27,15 +24,14 @@ VspStatus legacy90vspsQMFSynthesis_G722_16s(const Vsp16s* pSrcLow, const Vsp16s*
                                             Vsp16s* pDelay) {
   if (pSrcLow == nullptr || pSrcHigh == nullptr || pDst == nullptr || pDelay == nullptr) return vspStsNullPtrErr;
   if (len < 1) return vspStsSizeErr;
-  int16_t delay[vsps::g722::kDelay];
-  std::memcpy(delay, pDelay, sizeof delay);
+  g722::QmfLine line(pDelay);
   for (int j = 0; j < len; ++j) {
     int16_t y[2];
-    g722::qmf_synthesis(delay, pSrcLow[j], pSrcHigh[j], y);  // both sources read before pDst is written
+    g722::qmf_synthesis(line, pSrcLow[j], pSrcHigh[j], y);  // both sources read before pDst is written
     pDst[2 * j] = y[0];
     pDst[2 * j + 1] = y[1];
   }
-  std::memcpy(pDelay, delay, sizeof delay);
+  line.store(pDelay);
   return vspStsNoErr;
 }
 

@@ -882,6 +882,5 @@ VSPS_FN(VspStatus, legacy90vspsToneDetect_EC_32f, (const Vsp32f* signal, int len
 
 /* clang-format on */
 
-/* Families with their own list (no include guard either). */
 #include "vsps/g722.h"
 #include "vsps/gsmfr.h"

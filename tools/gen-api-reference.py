@@ -21,6 +21,7 @@ Usage: gen-api-reference.py VSPS_H FUNCTIONS_H OUTPUT_H
 Python 3 standard library only.
 """
 
+import os
 import re
 import sys
 
@@ -98,6 +99,14 @@ def parse_list(path):
     ("entry", entry, comment lines) or ("subsection", title, comment lines)."""
     with open(path, encoding="utf-8") as f:
         text = f.read()
+    # A family's list ("#include "vsps/<family>.h"") reads as if written in place.
+    folder = os.path.dirname(path)
+
+    def splice(m):
+        with open(os.path.join(folder, m.group(1)), encoding="utf-8") as inc:
+            return inc.read()
+
+    text = re.sub(r'^#include "(vsps/[a-z0-9_]+\.h)"$', splice, text, flags=re.M)
     lines = text.split("\n")
     sections = []
     pending = None  # a comment not yet attached: (lines, first line number)

@@ -1,3 +1,7 @@
+/* ======================================================================
+ * G.722 sub-band ADPCM
+ * ====================================================================== */
+
 /* G.722 sub-band ADPCM (64, 56 and 48 kbit/s) at 16 kHz, bit-exact with the
  * Recommendation's fixed-point reference: the quadrature mirror filters,
  * the lower-band (6-bit) and higher-band (2-bit) ADPCM coders as separate

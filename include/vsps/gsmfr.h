@@ -1,3 +1,7 @@
+/* ======================================================================
+ * GSM 06.10 full rate
+ * ====================================================================== */
+
 /* GSM 06.10 full rate (RPE-LTP, 13 kbit/s): the encoder and decoder steps
  * of one frame (160 samples at 8 kHz) or subframe (40 samples), bit-exact
  * with the standard's fixed-point description. Entries of the list of

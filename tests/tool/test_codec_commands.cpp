@@ -99,4 +99,37 @@ TEST(ToolGsmfr, UnusableInputsAreRefusedWithTheReason) {
   });
 }
 
+TEST(ToolG722, WavInAndOutKeepTheSampleCountAtEveryMode) {
+  const fs::path dir = tooltest::scratch_dir("g722_wav");
+  const std::vector<int16_t> pcm = vsps::signals::speech_like(0.25, 16000, 5);
+  tooltest::write_wav_file(dir / "in.wav", 16000, pcm);
+  ASSERT_EQ(run({"g722", "encode", (dir / "in.wav").string(), (dir / "c.g722").string()}).status, 0);
+  EXPECT_EQ(slurp(dir / "c.g722").size(), pcm.size() / 2);
+  for (const char* mode : {"1", "2", "3"}) {
+    const fs::path out = dir / (std::string("out") + mode + ".wav");
+    const tooltest::Result r = run({"g722", "decode", "--mode", mode, (dir / "c.g722").string(), out.string()});
+    ASSERT_EQ(r.status, 0) << r.err;
+    int rate = 0;
+    EXPECT_EQ(tooltest::read_wav_file(out, &rate).size(), pcm.size());
+    EXPECT_EQ(rate, 16000);
+  }
+}
+
+TEST(ToolG722, UnusableInputsAreRefusedWithTheReason) {
+  const fs::path dir = tooltest::scratch_dir("g722_errors");
+  tooltest::write_wav_file(dir / "narrow.wav", 8000, std::vector<int16_t>(160, 0));
+  tooltest::write_bytes(dir / "three.pcm", std::vector<unsigned char>(6, 0));
+  tooltest::write_bytes(dir / "odd.pcm", std::vector<unsigned char>(7, 0));
+  tooltest::write_bytes(dir / "c.g722", std::vector<unsigned char>(10, 0x5A));
+  auto p = [&](const char* name) { return (dir / name).string(); };
+  expect_errors({
+      {{"g722", "encode", p("narrow.wav"), p("o.g722")}, 1, "sampling rate 8000 Hz; this codec needs 16000 Hz"},
+      {{"g722", "encode", p("three.pcm"), p("o.g722")}, 1, "truncated last frame: 3 samples"},
+      {{"g722", "encode", p("odd.pcm"), p("o.g722")}, 1, "odd number of bytes (7)"},
+      {{"g722", "decode", "--mode", "4", p("c.g722"), p("o.pcm")}, 2, "--mode takes 1 (64 kbit/s), 2 (56) or 3 (48)"},
+      {{"g722", "encode", "--mode", "2", p("three.pcm"), p("o.g722")}, 2, "--mode applies to g722 decode"},
+      {{"g722", "decode", p("c.g722")}, 2, "g722 needs encode IN OUT or decode [--mode 1|2|3] IN OUT"},
+  });
+}
+
 }  // namespace
