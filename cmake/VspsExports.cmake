@@ -1,16 +1,21 @@
-# Reads the list of exports (include/vsps_functions.h) and writes the Windows
+# Reads the list of exports (include/vsps_functions.h and the family lists
+# include/vsps/<family>.h it includes, in its order) and writes the Windows
 # export definition file and a plain list of names (one per line).
 #
 # vsps_read_exports(<out-var>): the exported names, in list order.
 function(vsps_read_exports out_var)
-  file(READ ${PROJECT_SOURCE_DIR}/include/vsps_functions.h text)
-  # The family lists it includes ("vsps/<family>.h"), in include order.
-  string(REGEX MATCHALL "#include \"vsps/[a-z0-9_]+\\.h\"" includes "${text}")
-  foreach(inc IN LISTS includes)
-    string(REGEX MATCH "vsps/[a-z0-9_]+\\.h" f "${inc}")
-    file(READ ${PROJECT_SOURCE_DIR}/include/${f} part)
-    string(APPEND text "\n${part}")
+  file(READ ${PROJECT_SOURCE_DIR}/include/vsps_functions.h umbrella)
+  string(REGEX MATCHALL "#include \"vsps/[A-Za-z0-9_]+\\.h\"" lists "${umbrella}")
+  set(text "${umbrella}")
+  foreach(inc IN LISTS lists)
+    string(REGEX MATCH "vsps/[A-Za-z0-9_]+\\.h" list_file "${inc}")
+    file(READ ${PROJECT_SOURCE_DIR}/include/${list_file} family)
+    string(APPEND text "${family}")
+    set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+                 ${PROJECT_SOURCE_DIR}/include/${list_file})
   endforeach()
+  set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+               ${PROJECT_SOURCE_DIR}/include/vsps_functions.h)
   # Drop comments so that names mentioned in prose do not count.
   string(REGEX REPLACE "/\\*([^*]|\\*+[^*/])*\\*+/" "" text "${text}")
   string(REGEX MATCHALL "VSPS_(FN|SERVICE)\\([^,]*,[ \t\r\n]*legacy90vsps[A-Za-z0-9_]+" entries "${text}")

@@ -1,7 +1,7 @@
 // The per-level table of g729/internal_ops.h.
 #include "g729/internal_ops.h"
 
-#include "g729/lsp_root_search.h"
+#include "speech/lpc/lsp_root_search.h"
 
 namespace vsps::VSPS_NS {
 

@@ -1,12 +1,17 @@
 // legacy90vspsLPCToLSP_G729_16s and legacy90vspsLPCToLSP_G729A_16s: LP
 // coefficients (Q12) to LSP (Q15), bit-exact with the G.729 reference Az_lsp
 // (main body: 60-point grid, 4 bisections; Annex A: 50 points, 2 bisections).
-#include "g729/lsp_root_search.h"
+#include "g729/g729_tables.h"
+#include "speech/lpc/lsp_root_search.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
 
 namespace {
+// Main body: 60 intervals, 4 bisections; Annex A: 50 intervals, 2 bisections.
+constexpr lsp::SearchGrid kGridG729{tables::g729::kGrid60Q15, 60, 4};
+constexpr lsp::SearchGrid kGridG729A{tables::g729::kGrid50Q15, 50, 2};
+
 VspStatus lpc_to_lsp(const Vsp16s* pSrcLpc, const Vsp16s* pSrcPrevLsp, Vsp16s* pDstLsp, const lsp::SearchGrid& grid) {
   if (pSrcLpc == nullptr || pSrcPrevLsp == nullptr || pDstLsp == nullptr) return vspStsNullPtrErr;
   int16_t f1[6];
@@ -26,11 +31,11 @@ VspStatus lpc_to_lsp(const Vsp16s* pSrcLpc, const Vsp16s* pSrcPrevLsp, Vsp16s* p
 }  // namespace
 
 VspStatus legacy90vspsLPCToLSP_G729_16s(const Vsp16s* pSrcLpc, const Vsp16s* pSrcPrevLsp, Vsp16s* pDstLsp) {
-  return lpc_to_lsp(pSrcLpc, pSrcPrevLsp, pDstLsp, lsp::kGridG729);
+  return lpc_to_lsp(pSrcLpc, pSrcPrevLsp, pDstLsp, kGridG729);
 }
 
 VspStatus legacy90vspsLPCToLSP_G729A_16s(const Vsp16s* pSrcLpc, const Vsp16s* pSrcPrevLsp, Vsp16s* pDstLsp) {
-  return lpc_to_lsp(pSrcLpc, pSrcPrevLsp, pDstLsp, lsp::kGridG729A);
+  return lpc_to_lsp(pSrcLpc, pSrcPrevLsp, pDstLsp, kGridG729A);
 }
 
 }  // namespace vsps::VSPS_NS

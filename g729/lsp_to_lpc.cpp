@@ -1,6 +1,6 @@
 // legacy90vspsLSPToLPC_G729_16s: LSP (Q15) to LP coefficients (Q12),
 // bit-exact with the G.729 reference Lsp_Az.
-#include "g729/lsp_to_lpc.h"
+#include "speech/lpc/lsp_to_lpc.h"
 
 #include "vsps.h"
 

@@ -35,6 +35,8 @@ extern const int16_t kMr795Lsf1[512][3];  // first sub-vector, 7.95 kbit/s
 extern const int16_t kDico1Lsf3Pad4[256][4];
 extern const int16_t kDico2Lsf3Pad4[512][4];
 extern const int16_t kMr795Lsf1Pad4[512][4];
+// Az_lsp search grid, 61 cosines from 32760 down to -32760 (Q15).
+extern const int16_t kChebyshevGrid[61];
 extern const int16_t kMeanLsf3[kOrder];   // Q15 LSF
 extern const int16_t kPredFac3[kOrder];   // Q15
 

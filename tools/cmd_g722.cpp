@@ -31,10 +31,10 @@ int encode(const std::string& in, const std::string& out, FILE* err) {
   }
   std::vector<uint8_t> coded(pcm.size() / 2);
   if (!pcm.empty()) {
-    auto mem = object_memory<VspcG722Encoder>(vspcG722EncoderGetSize);
-    auto* enc = reinterpret_cast<VspcG722Encoder*>(mem.data());
-    VspStatus st = vspcG722EncoderInit(enc);
-    if (st == vspStsNoErr) st = vspcG722Encode(enc, pcm.data(), static_cast<int>(pcm.size()), coded.data());
+    auto mem = object_memory<VspscodecG722Encoder>(vspscodecG722EncoderGetSize);
+    auto* enc = reinterpret_cast<VspscodecG722Encoder*>(mem.data());
+    VspStatus st = vspscodecG722EncoderInit(enc);
+    if (st == vspStsNoErr) st = vspscodecG722Encode(enc, pcm.data(), static_cast<int>(pcm.size()), coded.data());
     if (st != vspStsNoErr) {
       std::fprintf(err, "vsps: library error %d\n", st);
       return 1;
@@ -48,10 +48,10 @@ int decode(const std::string& in, const std::string& out, int mode, FILE* err) {
   if (!read_octets(in, &coded, err)) return 1;
   std::vector<int16_t> pcm(coded.size() * 2);
   if (!coded.empty()) {
-    auto mem = object_memory<VspcG722Decoder>(vspcG722DecoderGetSize);
-    auto* dec = reinterpret_cast<VspcG722Decoder*>(mem.data());
-    VspStatus st = vspcG722DecoderInit(dec, mode);
-    if (st == vspStsNoErr) st = vspcG722Decode(dec, coded.data(), static_cast<int>(coded.size()), pcm.data());
+    auto mem = object_memory<VspscodecG722Decoder>(vspscodecG722DecoderGetSize);
+    auto* dec = reinterpret_cast<VspscodecG722Decoder*>(mem.data());
+    VspStatus st = vspscodecG722DecoderInit(dec, mode);
+    if (st == vspStsNoErr) st = vspscodecG722Decode(dec, coded.data(), static_cast<int>(coded.size()), pcm.data());
     if (st != vspStsNoErr) {
       std::fprintf(err, "vsps: library error %d\n", st);
       return 1;

@@ -24,25 +24,25 @@ Coded coded_format(const std::string& path) {
 int encode(const std::string& in, const std::string& outPath, Coded fmt, FILE* err) {
   std::vector<int16_t> pcm;
   if (!read_pcm(in, kRate, &pcm, err)) return 1;
-  if (pcm.size() % vspcGsmfrFrame != 0) {
+  if (pcm.size() % vspscodecGsmfrFrame != 0) {
     std::fprintf(err, "vsps: %s: truncated last frame: %zu samples left over (frames are %d samples)\n", in.c_str(),
-                 pcm.size() % vspcGsmfrFrame, vspcGsmfrFrame);
+                 pcm.size() % vspscodecGsmfrFrame, vspscodecGsmfrFrame);
     return 1;
   }
   int size = 0;
-  vspcGsmfrEncoderGetSize(&size);
+  vspscodecGsmfrEncoderGetSize(&size);
   std::vector<uint64_t> mem((static_cast<std::size_t>(size) + 7) / 8);
-  auto* enc = reinterpret_cast<VspcGsmfrEncoder*>(mem.data());
-  vspcGsmfrEncoderInit(enc);
-  const std::size_t frameBytes = fmt == Coded::Gsm ? vspcGsmfrPackedBytes : vspcGsmfrCodBytes;
-  const std::size_t frames = pcm.size() / vspcGsmfrFrame;
+  auto* enc = reinterpret_cast<VspscodecGsmfrEncoder*>(mem.data());
+  vspscodecGsmfrEncoderInit(enc);
+  const std::size_t frameBytes = fmt == Coded::Gsm ? vspscodecGsmfrPackedBytes : vspscodecGsmfrCodBytes;
+  const std::size_t frames = pcm.size() / vspscodecGsmfrFrame;
   std::vector<uint8_t> coded(frames * frameBytes);
   for (std::size_t f = 0; f < frames; ++f) {
-    Vsp16s params[vspcGsmfrParams];
-    VspStatus st = vspcGsmfrEncode(enc, pcm.data() + f * vspcGsmfrFrame, params);
+    Vsp16s params[vspscodecGsmfrParams];
+    VspStatus st = vspscodecGsmfrEncode(enc, pcm.data() + f * vspscodecGsmfrFrame, params);
     if (st == vspStsNoErr)
-      st = fmt == Coded::Gsm ? vspcGsmfrPack(params, coded.data() + f * frameBytes)
-                             : vspcGsmfrToCod(params, coded.data() + f * frameBytes);
+      st = fmt == Coded::Gsm ? vspscodecGsmfrPack(params, coded.data() + f * frameBytes)
+                             : vspscodecGsmfrToCod(params, coded.data() + f * frameBytes);
     if (st != vspStsNoErr) {
       std::fprintf(err, "vsps: library error %d in frame %zu\n", st, f);
       return 1;
@@ -58,32 +58,32 @@ int decode(const std::string& in, Coded fmt, const std::string& outPath, FILE* e
     std::fprintf(err, "vsps: %s: odd number of bytes (%zu) for 16-bit parameter words\n", in.c_str(), coded.size());
     return 1;
   }
-  const std::size_t frameBytes = fmt == Coded::Gsm ? vspcGsmfrPackedBytes : vspcGsmfrCodBytes;
+  const std::size_t frameBytes = fmt == Coded::Gsm ? vspscodecGsmfrPackedBytes : vspscodecGsmfrCodBytes;
   if (coded.size() % frameBytes != 0) {
     std::fprintf(err, "vsps: %s: truncated last frame: %zu bytes left over (frames are %zu bytes)\n", in.c_str(),
                  coded.size() % frameBytes, frameBytes);
     return 1;
   }
   int size = 0;
-  vspcGsmfrDecoderGetSize(&size);
+  vspscodecGsmfrDecoderGetSize(&size);
   std::vector<uint64_t> mem((static_cast<std::size_t>(size) + 7) / 8);
-  auto* dec = reinterpret_cast<VspcGsmfrDecoder*>(mem.data());
-  vspcGsmfrDecoderInit(dec);
+  auto* dec = reinterpret_cast<VspscodecGsmfrDecoder*>(mem.data());
+  vspscodecGsmfrDecoderInit(dec);
   const std::size_t frames = coded.size() / frameBytes;
-  std::vector<int16_t> pcm(frames * vspcGsmfrFrame);
+  std::vector<int16_t> pcm(frames * vspscodecGsmfrFrame);
   for (std::size_t f = 0; f < frames; ++f) {
     const uint8_t* src = coded.data() + f * frameBytes;
-    Vsp16s params[vspcGsmfrParams];
-    if (fmt == Coded::Gsm && vspcGsmfrUnpack(src, params) != vspStsNoErr) {
+    Vsp16s params[vspscodecGsmfrParams];
+    if (fmt == Coded::Gsm && vspscodecGsmfrUnpack(src, params) != vspStsNoErr) {
       std::fprintf(err, "vsps: %s: frame %zu: invalid GSM frame signature 0x%X (expected 0xD)\n", in.c_str(), f,
                    src[0] >> 4);
       return 1;
     }
-    if (fmt == Coded::Cod && vspcGsmfrFromCod(src, params) != vspStsNoErr) {
+    if (fmt == Coded::Cod && vspscodecGsmfrFromCod(src, params) != vspStsNoErr) {
       std::fprintf(err, "vsps: %s: frame %zu: a parameter word lies outside its field\n", in.c_str(), f);
       return 1;
     }
-    const VspStatus st = vspcGsmfrDecode(dec, params, pcm.data() + f * vspcGsmfrFrame);
+    const VspStatus st = vspscodecGsmfrDecode(dec, params, pcm.data() + f * vspscodecGsmfrFrame);
     if (st != vspStsNoErr) {
       std::fprintf(err, "vsps: library error %d in frame %zu\n", st, f);
       return 1;

@@ -94,20 +94,28 @@ def parse_entry(text, line_no):
             "line": line_no}
 
 
+INCLUDE = re.compile(r'^#include\s+"(vsps/[A-Za-z0-9_]+\.h)"\s*$', re.M)
+
+
+def read_list(path):
+    """The text of the list: the umbrella file with each family list it
+    includes put in its place, less the family file's own header comment."""
+    with open(path, encoding="utf-8") as f:
+        text = f.read()
+    folder = os.path.dirname(path)
+
+    def family(m):
+        with open(os.path.join(folder, m.group(1)), encoding="utf-8") as f:
+            body = f.read()
+        return re.sub(r"^\s*/\*.*?\*/", "", body, count=1, flags=re.S)
+
+    return INCLUDE.sub(family, text)
+
+
 def parse_list(path):
     """Returns the sections: [{title, intro: [lines], items: [...]}], items are
     ("entry", entry, comment lines) or ("subsection", title, comment lines)."""
-    with open(path, encoding="utf-8") as f:
-        text = f.read()
-    # A family's list ("#include "vsps/<family>.h"") reads as if written in place.
-    folder = os.path.dirname(path)
-
-    def splice(m):
-        with open(os.path.join(folder, m.group(1)), encoding="utf-8") as inc:
-            return inc.read()
-
-    text = re.sub(r'^#include "(vsps/[a-z0-9_]+\.h)"$', splice, text, flags=re.M)
-    lines = text.split("\n")
+    lines = read_list(path).split("\n")
     sections = []
     pending = None  # a comment not yet attached: (lines, first line number)
     i = 0

@@ -32,6 +32,7 @@ TABLES = [
     ("dico5_lsf_5", "kDico5Lsf5", 64, 4, "12.2 kbit/s split matrix, coefficients 8-9"),
     ("mean_lsf_5", "kMeanLsf5", 10, 1, "LSF mean at 12.2 kbit/s, also the decoder's reset past_lsf_q (Q15)"),
     ("lsp_init_data", "kLspInit", 10, 1, "reset value of the previous-frame LSP (Q15)"),
+    ("chebyshev_grid", "kChebyshevGrid", 61, 1, "Az_lsp search grid: cos(pi i/60), i = 0..60, ends 32760 (Q15)"),
 ]
 
 # 3-column tables also emitted padded to 4 columns.

@@ -27,12 +27,12 @@ bool fields_ok(const Vsp16s* params) {
 
 extern "C" {
 
-VspStatus vspcGsmfrCheckParams(const Vsp16s* params) {
+VspStatus vspscodecGsmfrCheckParams(const Vsp16s* params) {
   if (params == nullptr) return vspStsNullPtrErr;
   return fields_ok(params) ? vspStsNoErr : vspStsRangeErr;
 }
 
-VspStatus vspcGsmfrPack(const Vsp16s* params, Vsp8u* frame) {
+VspStatus vspscodecGsmfrPack(const Vsp16s* params, Vsp8u* frame) {
   if (params == nullptr || frame == nullptr) return vspStsNullPtrErr;
   if (!fields_ok(params)) return vspStsRangeErr;
   Vsp8u out[kPacked] = {};
@@ -47,7 +47,7 @@ VspStatus vspcGsmfrPack(const Vsp16s* params, Vsp8u* frame) {
   return vspStsNoErr;
 }
 
-VspStatus vspcGsmfrUnpack(const Vsp8u* frame, Vsp16s* params) {
+VspStatus vspscodecGsmfrUnpack(const Vsp8u* frame, Vsp16s* params) {
   if (frame == nullptr || params == nullptr) return vspStsNullPtrErr;
   if ((frame[0] >> 4) != 0xD) return vspStsBadArgErr;
   int bit = 4;
@@ -59,7 +59,7 @@ VspStatus vspcGsmfrUnpack(const Vsp8u* frame, Vsp16s* params) {
   return vspStsNoErr;
 }
 
-VspStatus vspcGsmfrToCod(const Vsp16s* params, Vsp8u* words) {
+VspStatus vspscodecGsmfrToCod(const Vsp16s* params, Vsp8u* words) {
   if (params == nullptr || words == nullptr) return vspStsNullPtrErr;
   if (!fields_ok(params)) return vspStsRangeErr;
   for (int i = 0; i < kParams; ++i) {
@@ -69,7 +69,7 @@ VspStatus vspcGsmfrToCod(const Vsp16s* params, Vsp8u* words) {
   return vspStsNoErr;
 }
 
-VspStatus vspcGsmfrFromCod(const Vsp8u* words, Vsp16s* params) {
+VspStatus vspscodecGsmfrFromCod(const Vsp8u* words, Vsp16s* params) {
   if (words == nullptr || params == nullptr) return vspStsNullPtrErr;
   Vsp16s p[kParams];
   for (int i = 0; i < kParams; ++i) p[i] = static_cast<Vsp16s>(words[2 * i] | (words[2 * i + 1] << 8));

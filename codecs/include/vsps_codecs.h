@@ -1,95 +1,135 @@
-/**
- * \file vsps_codecs.h
- * \brief Codec drivers over the vsps primitives: whole encoders and decoders
- * with caller-allocated objects, built only on the public vsps.h.
+/*
+ * vsps_codecs.h - the companion codec layer: whole encoders, decoders and
+ * the echo canceller, assembled from the exports of vsps.h only.
  *
- * Pattern of every driver: ...GetSize reports the bytes of the object, Init
- * formats caller memory (aligned to 8 bytes or more) and is also the reset,
- * the working calls process frames and keep the codec state in the object.
- * Nothing allocates. Results are VspStatus values of vsps.h.
+ * The library (vsps.h) computes the standards' steps and holds no frame
+ * loop, no framing and no input or output. This layer holds exactly those:
+ * per codec a driver that runs the frame loop over the library's steps,
+ * keeps the codec's state, and reads and writes the codec's bit-stream
+ * formats. It computes nothing a standard computes: every signal-processing
+ * step is a call into vsps.h.
+ *
+ * Conventions, shared by every driver:
+ *  - Names: vspscodec + codec + object + verb, e.g. vspscodecG726EncoderInit.
+ *  - Objects are caller-allocated: ...GetSize writes the byte size, ...Init
+ *    formats the memory (any alignment), the working calls use it, the
+ *    caller frees it. No allocation, no global state, no I/O.
+ *  - Every function returns a VspStatus of vsps.h, with the library's
+ *    check order (null pointers, then sizes, then ranges; nothing written
+ *    on failure). A status of a library step is passed on unchanged.
+ *  - Bit-stream formats live beside their driver (one per format in use:
+ *    the standards' test-vector formats and the RTP payload formats).
+ *
+ * The drivers' declarations follow, one block per codec.
  */
 #ifndef VSPS_CODECS_H
 #define VSPS_CODECS_H
 
 #include "vsps.h"
 
+#if defined(_WIN32) && !defined(VSPS_CODECS_STATIC)
+#if defined(VSPS_CODECS_BUILDING)
+#define VSPS_CODECS_API __declspec(dllexport)
+#else
+#define VSPS_CODECS_API __declspec(dllimport)
+#endif
+#elif defined(VSPS_CODECS_BUILDING)
+#define VSPS_CODECS_API __attribute__((visibility("default")))
+#else
+#define VSPS_CODECS_API
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-/* ---- G.722 ---------------------------------------------------------------- */
-typedef struct VspcG722Encoder VspcG722Encoder; /**< opaque encoder object */
-typedef struct VspcG722Decoder VspcG722Decoder; /**< opaque decoder object */
+/* The codec layer's version as "major.minor.patch" (the library's), never
+ * null. */
+VSPS_CODECS_API const char* vspscodecGetVersion(void);
 
-/** Bytes of an encoder object (written to *size). */
-VspStatus vspcG722EncoderGetSize(int* size);
-/** Formats an encoder in the reset state. Errors: null: vspStsNullPtrErr. */
-VspStatus vspcG722EncoderInit(VspcG722Encoder* enc);
-/** Encodes n samples at 16 kHz (n even) into n/2 octets (ih << 6 | il, the
- * 64 kbit/s stream). */
-VspStatus vspcG722Encode(VspcG722Encoder* enc, const Vsp16s* pcm, int n, Vsp8u* octets);
+/* ---- G.722 --------------------------------------------------------------- */
+typedef struct VspscodecG722Encoder VspscodecG722Encoder; /* opaque encoder object */
+typedef struct VspscodecG722Decoder VspscodecG722Decoder; /* opaque decoder object */
 
-/** Bytes of a decoder object (written to *size). */
-VspStatus vspcG722DecoderGetSize(int* size);
-/** Formats a decoder for mode 1, 2 or 3 (64, 56, 48 kbit/s: the octets'
- * 0, 1 or 2 low bits are auxiliary data and ignored). Errors: null
- * vspStsNullPtrErr; another mode vspStsRangeErr. */
-VspStatus vspcG722DecoderInit(VspcG722Decoder* dec, int mode);
-/** Decodes n octets into 2 n samples at 16 kHz. */
-VspStatus vspcG722Decode(VspcG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* pcm);
+/* Bytes of an encoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG722EncoderGetSize(int* size);
+/* Formats an encoder in the reset state (also the reset). Errors: null:
+ * vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecG722EncoderInit(VspscodecG722Encoder* enc);
+/* Encodes n samples at 16 kHz (n even) into n/2 octets (ih << 6 | il: the
+ * 64 kbit/s stream). Statuses of legacy90vspsEncode_G722_16s8u. */
+VSPS_CODECS_API VspStatus vspscodecG722Encode(VspscodecG722Encoder* enc, const Vsp16s* pcm, int n, Vsp8u* octets);
 
-/** The configuration of the digital test sequences (QMF bypassed): n
- * lower- and higher-band samples into n octets, and n octets into n lower-
- * and higher-band samples (the decoder's mode applies). These keep their
- * own sub-band states in the object, reset by Init; use an object either
- * this way or with Encode/Decode. */
-VspStatus vspcG722EncodeBands(VspcG722Encoder* enc, const Vsp16s* xl, const Vsp16s* xh, int n, Vsp8u* octets);
-VspStatus vspcG722DecodeBands(VspcG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* rl, Vsp16s* rh);
+/* Bytes of a decoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG722DecoderGetSize(int* size);
+/* Formats a decoder for mode 1, 2 or 3 (64, 56, 48 kbit/s: the octets'
+ * 0, 1 or 2 low bits are auxiliary data and ignored). Errors: null:
+ * vspStsNullPtrErr; another mode: vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG722DecoderInit(VspscodecG722Decoder* dec, int mode);
+/* Decodes n octets into 2 n samples at 16 kHz. Statuses of
+ * legacy90vspsDecode_G722_8u16s. */
+VSPS_CODECS_API VspStatus vspscodecG722Decode(VspscodecG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* pcm);
 
-/* ---- GSM 06.10 full rate ------------------------------------------------ */
-/** Samples per frame (20 ms at 8 kHz), parameters per frame, octets of the
- * packed frame. */
-enum { vspcGsmfrFrame = 160, vspcGsmfrParams = 76, vspcGsmfrPackedBytes = 33, vspcGsmfrCodBytes = 152 };
+/* The configuration of the digital test sequences (QMF bypassed): n lower-
+ * and higher-band samples into n octets, and n octets into n lower- and
+ * higher-band samples (the decoder's mode applies). These keep their own
+ * sub-band states in the object, reset by Init; use an object either this
+ * way or with Encode/Decode. Errors: null: vspStsNullPtrErr; n < 1:
+ * vspStsSizeErr; statuses of the sub-band steps. */
+VSPS_CODECS_API VspStatus vspscodecG722EncodeBands(VspscodecG722Encoder* enc, const Vsp16s* xl, const Vsp16s* xh, int n,
+                                                   Vsp8u* octets);
+VSPS_CODECS_API VspStatus vspscodecG722DecodeBands(VspscodecG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* rl,
+                                                   Vsp16s* rh);
 
-typedef struct VspcGsmfrEncoder VspcGsmfrEncoder; /**< opaque encoder object */
-typedef struct VspcGsmfrDecoder VspcGsmfrDecoder; /**< opaque decoder object */
+/* ---- GSM 06.10 full rate ------------------------------------------------- */
+/* Samples per frame (20 ms at 8 kHz), parameters per frame, octets of the
+ * packed frame and of the test-sequence frame. */
+enum {
+  vspscodecGsmfrFrame = 160,
+  vspscodecGsmfrParams = 76,
+  vspscodecGsmfrPackedBytes = 33,
+  vspscodecGsmfrCodBytes = 152
+};
 
-/** Bytes of an encoder object (written to *size). */
-VspStatus vspcGsmfrEncoderGetSize(int* size);
-/** Formats an encoder in the reset state. Errors: null: vspStsNullPtrErr. */
-VspStatus vspcGsmfrEncoderInit(VspcGsmfrEncoder* enc);
-/** Encodes one frame of 160 samples (the standard keeps their top 13 bits)
+typedef struct VspscodecGsmfrEncoder VspscodecGsmfrEncoder; /* opaque encoder object */
+typedef struct VspscodecGsmfrDecoder VspscodecGsmfrDecoder; /* opaque decoder object */
+
+/* Bytes of an encoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecGsmfrEncoderGetSize(int* size);
+/* Formats an encoder in the reset state. Errors: null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecGsmfrEncoderInit(VspscodecGsmfrEncoder* enc);
+/* Encodes one frame of 160 samples (the standard keeps their top 13 bits)
  * into the 76 parameters: LARc[1..8], then per subframe Nc, bc, Mc, xmaxc,
  * xMc[0..12]. */
-VspStatus vspcGsmfrEncode(VspcGsmfrEncoder* enc, const Vsp16s* pcm, Vsp16s* params);
+VSPS_CODECS_API VspStatus vspscodecGsmfrEncode(VspscodecGsmfrEncoder* enc, const Vsp16s* pcm, Vsp16s* params);
 
-/** Bytes of a decoder object (written to *size). */
-VspStatus vspcGsmfrDecoderGetSize(int* size);
-/** Formats a decoder in the reset state. Errors: null: vspStsNullPtrErr. */
-VspStatus vspcGsmfrDecoderInit(VspcGsmfrDecoder* dec);
-/** Decodes the 76 parameters of one frame into 160 samples (multiples of
+/* Bytes of a decoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecGsmfrDecoderGetSize(int* size);
+/* Formats a decoder in the reset state. Errors: null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecGsmfrDecoderInit(VspscodecGsmfrDecoder* dec);
+/* Decodes the 76 parameters of one frame into 160 samples (multiples of
  * 8). A lag outside 40..120 is replaced by the last valid one. A parameter
- * outside its field (vspcGsmfrCheckParams) gives vspStsRangeErr with the
- * decoder state and the output unchanged. */
-VspStatus vspcGsmfrDecode(VspcGsmfrDecoder* dec, const Vsp16s* params, Vsp16s* pcm);
+ * outside its field (vspscodecGsmfrCheckParams) gives vspStsRangeErr with
+ * the decoder state and the output unchanged. */
+VSPS_CODECS_API VspStatus vspscodecGsmfrDecode(VspscodecGsmfrDecoder* dec, const Vsp16s* params, Vsp16s* pcm);
 
-/** vspStsNoErr when each of the 76 parameters fits its field (6,6,5,5,4,4,
+/* vspStsNoErr when each of the 76 parameters fits its field (6,6,5,5,4,4,
  * 3,3 bits for LARc; 7, 2, 2, 6 and 13 x 3 bits per subframe), else
  * vspStsRangeErr; null: vspStsNullPtrErr. */
-VspStatus vspcGsmfrCheckParams(const Vsp16s* params);
-/** Packs 76 parameters into the 33-octet frame of the common file and RTP
+VSPS_CODECS_API VspStatus vspscodecGsmfrCheckParams(const Vsp16s* params);
+/* Packs 76 parameters into the 33-octet frame of the common file and RTP
  * format: the signature 0xD in the top 4 bits, then the fields most
  * significant bit first. Errors: null; a parameter outside its field:
  * vspStsRangeErr (nothing written). */
-VspStatus vspcGsmfrPack(const Vsp16s* params, Vsp8u* frame);
-/** Unpacks a 33-octet frame. Errors: null; a signature other than 0xD:
+VSPS_CODECS_API VspStatus vspscodecGsmfrPack(const Vsp16s* params, Vsp8u* frame);
+/* Unpacks a 33-octet frame. Errors: null; a signature other than 0xD:
  * vspStsBadArgErr (nothing written). */
-VspStatus vspcGsmfrUnpack(const Vsp8u* frame, Vsp16s* params);
-/** The test-sequence format: 76 parameters as 16-bit little-endian words
- * (152 octets). ToCod checks the fields like Pack; FromCod returns
+VSPS_CODECS_API VspStatus vspscodecGsmfrUnpack(const Vsp8u* frame, Vsp16s* params);
+/* The test-sequence format: 76 parameters as 16-bit little-endian words
+ * (152 octets). ToCod checks the fields like Pack; FromCod gives
  * vspStsRangeErr for a word outside its field (nothing written). */
-VspStatus vspcGsmfrToCod(const Vsp16s* params, Vsp8u* words);
-VspStatus vspcGsmfrFromCod(const Vsp8u* words, Vsp16s* params);
+VSPS_CODECS_API VspStatus vspscodecGsmfrToCod(const Vsp16s* params, Vsp8u* words);
+VSPS_CODECS_API VspStatus vspscodecGsmfrFromCod(const Vsp8u* words, Vsp16s* params);
 
 #ifdef __cplusplus
 }

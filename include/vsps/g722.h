@@ -1,3 +1,12 @@
+/*
+ * vsps/g722.h - the list of exports of the G.722 family.
+ *
+ * One entry per export, VSPS_FN(return type, name, (parameters), (argument
+ * names)); the comment above an entry is its public documentation. Included
+ * by vsps_functions.h; see there for the entry format. No include guard.
+ */
+/* clang-format off */
+
 /* ======================================================================
  * G.722 sub-band ADPCM
  * ====================================================================== */
@@ -6,8 +15,7 @@
  * Recommendation's fixed-point reference: the quadrature mirror filters,
  * the lower-band (6-bit) and higher-band (2-bit) ADPCM coders as separate
  * steps over caller-held state arrays, and the whole codec over blocks with
- * state blocks. Entries of the list of exports (included by
- * vsps_functions.h; no include guard).
+ * state blocks.
  *
  * Sub-band state array (26 Vsp16s, in/out) in this order: a1 a2 (pole
  * coefficients, Q14), b1..b6 (zero coefficients, Q14), det (scale factor),
@@ -21,7 +29,6 @@
  * Octet: ih in bits 7..6, il in bits 5..0. Every function checks pointers
  * (vspStsNullPtrErr, argument order), then lengths (vspStsSizeErr), then
  * values (vspStsRangeErr), and writes nothing on failure. */
-/* clang-format off */
 
 /* Transmit QMF: len input samples (16 kHz, even count) in pairs (older,
  * newer) into len/2 lower- and len/2 higher-band samples (8 kHz):

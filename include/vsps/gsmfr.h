@@ -1,11 +1,19 @@
+/*
+ * vsps/gsmfr.h - the list of exports of the GSM 06.10 full-rate family.
+ *
+ * One entry per export, VSPS_FN(return type, name, (parameters), (argument
+ * names)); the comment above an entry is its public documentation. Included
+ * by vsps_functions.h; see there for the entry format. No include guard.
+ */
+/* clang-format off */
+
 /* ======================================================================
  * GSM 06.10 full rate
  * ====================================================================== */
 
 /* GSM 06.10 full rate (RPE-LTP, 13 kbit/s): the encoder and decoder steps
  * of one frame (160 samples at 8 kHz) or subframe (40 samples), bit-exact
- * with the standard's fixed-point description. Entries of the list of
- * exports (included by vsps_functions.h; no include guard).
+ * with the standard's fixed-point description.
  *
  * Parameters of a frame (76): LARc[1..8] as transmitted codes (0..63,
  * 0..63, 0..31, 0..31, 0..15, 0..15, 0..7, 0..7), then per subframe the
@@ -24,7 +32,6 @@
  * residual add(excitation, prediction) to its 120-value history.
  * Decoder frame: per subframe RPEDecode and LongTermSynthesis, then
  * ShortTermSynthesis over the four subframes and Postprocess. */
-/* clang-format off */
 
 /* Pre-processing (clauses 4.2.1 to 4.2.3) of 160 samples: so = (s >> 3) << 2
  * (the top 13 bits, halved), offset compensation with alpha = 32735/32768

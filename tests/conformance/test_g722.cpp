@@ -44,19 +44,19 @@ std::vector<uint64_t> object(VspStatus (*size_fn)(int*)) {
 // both bands) or the reset flag in bit 0; output words the octet in bits
 // 15..8, or 0x0001 for a reset.
 Words encode_sequence(const Words& in) {
-  auto mem = object<VspcG722Encoder>(vspcG722EncoderGetSize);
-  auto* enc = reinterpret_cast<VspcG722Encoder*>(mem.data());
-  EXPECT_EQ(vspcG722EncoderInit(enc), vspStsNoErr);
+  auto mem = object<VspscodecG722Encoder>(vspscodecG722EncoderGetSize);
+  auto* enc = reinterpret_cast<VspscodecG722Encoder*>(mem.data());
+  EXPECT_EQ(vspscodecG722EncoderInit(enc), vspStsNoErr);
   Words out;
   for (uint16_t w : in) {
     if (w & 1) {
-      EXPECT_EQ(vspcG722EncoderInit(enc), vspStsNoErr);
+      EXPECT_EQ(vspscodecG722EncoderInit(enc), vspStsNoErr);
       out.push_back(1);
       continue;
     }
     const auto x = static_cast<Vsp16s>(static_cast<int16_t>(w) >> 1);
     Vsp8u octet = 0;
-    EXPECT_EQ(vspcG722EncodeBands(enc, &x, &x, 1, &octet), vspStsNoErr);
+    EXPECT_EQ(vspscodecG722EncodeBands(enc, &x, &x, 1, &octet), vspStsNoErr);
     out.push_back(static_cast<uint16_t>(octet << 8));
   }
   return out;
@@ -65,19 +65,19 @@ Words encode_sequence(const Words& in) {
 // Decoder check: the lower band in `mode` and the higher band, output words
 // with the 15-bit sample in bits 15..1, or 0x0001 for a reset.
 void decode_sequence(const Words& in, int mode, Words* low, Words* high) {
-  auto mem = object<VspcG722Decoder>(vspcG722DecoderGetSize);
-  auto* dec = reinterpret_cast<VspcG722Decoder*>(mem.data());
-  EXPECT_EQ(vspcG722DecoderInit(dec, mode), vspStsNoErr);
+  auto mem = object<VspscodecG722Decoder>(vspscodecG722DecoderGetSize);
+  auto* dec = reinterpret_cast<VspscodecG722Decoder*>(mem.data());
+  EXPECT_EQ(vspscodecG722DecoderInit(dec, mode), vspStsNoErr);
   for (uint16_t w : in) {
     if (w & 1) {
-      EXPECT_EQ(vspcG722DecoderInit(dec, mode), vspStsNoErr);
+      EXPECT_EQ(vspscodecG722DecoderInit(dec, mode), vspStsNoErr);
       low->push_back(1);
       high->push_back(1);
       continue;
     }
     const auto octet = static_cast<Vsp8u>(w >> 8);
     Vsp16s rl = 0, rh = 0;
-    EXPECT_EQ(vspcG722DecodeBands(dec, &octet, 1, &rl, &rh), vspStsNoErr);
+    EXPECT_EQ(vspscodecG722DecodeBands(dec, &octet, 1, &rl, &rh), vspStsNoErr);
     low->push_back(static_cast<uint16_t>(rl * 2));
     high->push_back(static_cast<uint16_t>(rh * 2));
   }

@@ -24,10 +24,10 @@ def main(argv):
     functions_h, generated_h, html_dir = argv[1:]
     with open(functions_h, encoding="utf-8") as f:
         text = f.read()
-    # The family lists it includes count as part of it.
-    for inc in re.findall(r'^#include "(vsps/[a-z0-9_]+\.h)"$', text, flags=re.M):
-        with open(os.path.join(os.path.dirname(functions_h), inc), encoding="utf-8") as f:
-            text += "\n" + f.read()
+    # The umbrella list includes one list per family.
+    for family in re.findall(r'^#include\s+"(vsps/\w+\.h)"', text, flags=re.M):
+        with open(os.path.join(os.path.dirname(functions_h), family), encoding="utf-8") as f:
+            text += f.read()
     listed = re.findall(r"^\s*VSPS_(?:FN|SERVICE)\s*\(\s*[^,]+,\s*(\w+)\s*,", text, flags=re.M)
     errors = []
     if len(listed) < 1:

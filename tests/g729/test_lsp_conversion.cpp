@@ -5,8 +5,9 @@
 
 #include <random>
 
-#include "g729/lsp_root_search.h"
-#include "g729/lsp_to_lpc.h"
+#include "g729/g729_tables.h"
+#include "speech/lpc/lsp_root_search.h"
+#include "speech/lpc/lsp_to_lpc.h"
 #include "tests/g729/g729_test_util.h"
 
 namespace {
@@ -106,14 +107,15 @@ TEST(LspRootSearch, Q11OverflowIsDetected) {
 // The root search with the AMR evaluator on Q10 polynomials finds the same
 // ten roots (within interpolation error) as the G.729 Q11 search.
 TEST(LspRootSearch, AmrFormFindsTheSameRoots) {
+  const lsp::SearchGrid kGridG729{vsps::tables::g729::kGrid60Q15, 60, 4};
   std::mt19937 rng(9);
   for (int k = 0; k < 100; ++k) {
     const V16 a = g729t::lpc_of(g729t::random_lsp(rng, 0.1));
     int16_t f1[6], f2[6], g1[6], g2[6], r11[10], r10[10];
     if (lsp::sum_diff_polys_q11(a.data(), f1, f2)) continue;  // no Q11 form
     lsp::sum_diff_polys_q10(a.data(), g1, g2);
-    ASSERT_EQ(lsp::find_roots(f1, f2, lsp::kChebyshevQ11, lsp::kGridG729, r11), 10);
-    ASSERT_EQ(lsp::find_roots(g1, g2, lsp::kChebyshevAmrQ10, lsp::kGridG729, r10), 10);
+    ASSERT_EQ(lsp::find_roots(f1, f2, lsp::kChebyshevQ11, kGridG729, r11), 10);
+    ASSERT_EQ(lsp::find_roots(g1, g2, lsp::kChebyshevAmrQ10, kGridG729, r10), 10);
     for (int i = 0; i < 10; ++i) EXPECT_NEAR(r11[i], r10[i], 64);
   }
 }

@@ -2,17 +2,18 @@
 // GSM-AMR (ITU-T G.729 clause 3.2.3 Az_lsp, TS 26.073 Az_lsp): one grid
 // search with bisection and linear interpolation, parametrised by the
 // fixed-point form of the Chebyshev evaluation, the grid and the number of
-// bisections.
+// bisections. Each codec family passes its own grid as data.
 //
 // Usage (all in the level namespace, include from variant sources only):
 //   int16_t f1[6], f2[6];
 //   const bool q10 = lsp::sum_diff_polys_q11(lpcQ12, f1, f2);  // G.729: Q11, Q10 on overflow
 //   const lsp::ChebyshevForm form = q10 ? lsp::kChebyshevQ10 : lsp::kChebyshevQ11;
 //   int16_t lspQ15[10];
-//   if (lsp::find_roots(f1, f2, form, lsp::kGridG729, lspQ15) < 10) ... fall back ...
+//   const lsp::SearchGrid grid{kGrid60Q15, 60, 4};  // the family's table
+//   if (lsp::find_roots(f1, f2, form, grid, lspQ15) < 10) ... fall back ...
 // GSM-AMR forms the polynomials in Q10 unconditionally (sum_diff_polys_q10)
-// and evaluates them with kChebyshevAmrQ10 on kGridG729 (the same 60-point
-// grid, 4 bisections).
+// and evaluates them with kChebyshevAmrQ10 on its own 60-point grid (the
+// same points as G.729's, 4 bisections).
 #pragma once
 
 #include <cstdint>
@@ -21,7 +22,6 @@
 #include "core/dpf.h"
 #include "core/level_ns.h"
 #include "core/simd/x86.h"
-#include "g729/g729_tables.h"
 
 namespace vsps::VSPS_NS::lsp {
 
@@ -47,10 +47,6 @@ struct SearchGrid {
   int intervals;
   int bisections;
 };
-// G.729 main body (and GSM-AMR): 60 intervals, 4 bisections.
-inline constexpr SearchGrid kGridG729{tables::g729::kGrid60Q15, 60, 4};
-// G.729 Annex A: 50 intervals, 2 bisections.
-inline constexpr SearchGrid kGridG729A{tables::g729::kGrid50Q15, 50, 2};
 
 inline constexpr int kPolyOrder = 5;  // NC: order of F1 and F2
 inline constexpr int kLpOrder = 10;
@@ -122,10 +118,10 @@ inline int16_t interpolate_root(int16_t xlow, int16_t ylow, int16_t xhigh, int16
   return bop::sub(xlow, bop::extract_l(bop::L_shr(bop::L_mult(ylow, slope), 11)));
 }
 
-// Level 6 only: the four-lane SSE4.1 form (g729/chebyshev_sse41.inl) was
+// Level 6 only: the four-lane SSE4.1 form (a chebyshev_sse41.inl beside this file) was
 // measured slower than the scalar evaluation at levels 4 and 5.
 #if defined(VSPS_SIMD256)
-#include "g729/chebyshev_avx2.inl"
+#include "speech/lpc/chebyshev_avx2.inl"
 #define VSPS_CHEBYSHEV_MANY 8
 #endif
 

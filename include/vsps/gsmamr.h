@@ -1,0 +1,156 @@
+/*
+ * vsps/gsmamr.h - the list of exports of the GSM-AMR family.
+ *
+ * One entry per export, VSPS_FN(return type, name, (parameters), (argument
+ * names)); the comment above an entry is its public documentation. Included
+ * by vsps_functions.h; see there for the entry format. No include guard.
+ */
+/* clang-format off */
+
+/* ======================================================================
+ * GSM-AMR LP analysis and LSP quantisation
+ * ====================================================================== */
+
+/* Common to the GSM-AMR functions: LP order 10; LP coefficients Q12 with
+ * a[0] = 4096; LSPs are Q15 cosines (decreasing); LSFs are normalised Q15
+ * (16384 = 4 kHz). The rate argument `mode` is a VspSpeechBitRate value and
+ * must be one of 0, 1, 3, 6, 7, 8, 11, 12, 25, otherwise vspStsRangeErr
+ * (-7) with nothing written. Mode 25 (SID frames) takes the ordinary
+ * full-table 3-split path of modes 3..11 everywhere (same tables, same
+ * prediction factors); the TS 26.073 comfort-noise LSF path is not part of
+ * these functions. Arithmetic: bit-exact with TS 26.073. */
+
+/* Windowed autocorrelation with lag window (TS 26.073 Autocorr, Lag_window)
+ * of the 240-sample analysis buffer pSrc. Modes other than 12.2 kbit/s: one
+ * analysis with the window_200_40 window, 11 values into pDst. 12.2 kbit/s:
+ * two analyses of the same buffer, window_160_80 into pDst[0..10], then
+ * window_232_8 into pDst[11..21] (the caller passes the 12.2 buffer, which
+ * in the standard's encoder starts 40 samples earlier).
+ * Per analysis: y = mult_r(x, w); while sum(y^2) >= 2^30 (the reference's
+ * saturating sum of 2*y^2), y >>= 2; r[0] = 2*sum(y^2) + 1 shifted left by
+ * norm so that it is normalised; r[1..10] = 2*sum(y[j]*y[j+i]) << norm,
+ * multiplied by the lag window in hi/lo form.
+ * Decision: r[0] is stored as the full 32-bit value; the reference keeps it
+ * as a hi/lo pair, which clears bit 0 when norm is 0 (loud frames). The
+ * Levinson-Durbin recursion reads r[0] in hi/lo form, so its results do not
+ * depend on that bit. An all-zero buffer gives r[0] = 0x40000000, r[i] = 0.
+ * Checks: pSrc or pDst null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsAutoCorr_GSMAMR_16s32s, (const Vsp16s* pSrc, Vsp32s* pDst, int mode), (pSrc, pDst, mode))
+
+/* Levinson-Durbin recursion of order 10 (TS 26.073 Levinson) on the
+ * normalised, lag-windowed autocorrelation pSrcAutoCorr[0..10], in the
+ * reference's double-precision (hi/lo) arithmetic; pDstLpc[0..10] in Q12,
+ * pDstLpc[0] = 4096, each coefficient rounded with saturation from its Q27
+ * value. The reference's memory of the last good filter is the caller's:
+ * pDstLpc is written only on success.
+ * Returns vspStsLPCUnstable (12, a warning) with pDstLpc untouched when
+ * |r[0]| < 65536 (before anything else), when the normalised prediction error
+ * used as divisor at orders 2..10 has magnitude below 65536 (it is then 0,
+ * which needs |r[1]| of about r[0] or more), or when a reflection coefficient
+ * of orders 2..10 has a high word above 32750 in magnitude (order 1 is not
+ * tested, as in the reference).
+ * Decision: the reference's division is defined only for a normalised
+ * divisor (r[0] high word >= 16383); it aborts otherwise. Here the recursion
+ * still runs on such inputs (65536 <= |r[0]| < 0x3FFF0000, or a negative
+ * r[0]) with the kernel's guarded division (the 1/den approximation gives
+ * 32767 when its numerator exceeds the divisor's high word and 0 for a
+ * non-positive divisor) and the stop rules above decide: the result is
+ * deterministic and identical at every level but carries no meaning. A
+ * numerator above the divisor (|r[1]| > r[0]) likewise gives a meaningless
+ * quotient; such inputs end with status 12 through the divisor or the
+ * stability test.
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsLevinsonDurbin_GSMAMR_32s16s, (const Vsp32s* pSrcAutoCorr, Vsp16s* pDstLpc), (pSrcAutoCorr, pDstLpc))
+
+/* LP to LSP (TS 26.073 Az_lsp): the roots of the sum and difference
+ * polynomials of pSrcLpc (11, Q12), formed in Q10 (f[0] = 1024, sums scaled
+ * by 1/4), found on the root search shared with legacy90vspsLPCToLSP_G729_16s
+ * (60-interval grid from +1 toward -1, 4 bisections, linear interpolation,
+ * the two polynomials alternating) and evaluated with the TS 26.073 Chebyshev
+ * recursion (Q24 internal precision, one bit more than the G.729 Q10
+ * fallback, so the two differ on rare inputs). pDstLsp: 10 Q15 LSPs,
+ * decreasing. When fewer than 10 roots are found, pSrcPrevLsp is copied to
+ * pDstLsp and the status is still vspStsNoErr. The buffers may overlap.
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsLPCToLSP_GSMAMR_16s, (const Vsp16s* pSrcLpc, const Vsp16s* pSrcPrevLsp, Vsp16s* pDstLsp), (pSrcLpc, pSrcPrevLsp, pDstLsp))
+
+/* LSP to LP (TS 26.073 Lsp_Az): the same routine as
+ * legacy90vspsLSPToLPC_G729_16s, to which it forwards (same arguments, checks
+ * and results): pDstLpc (11, Q12, a[0] = 4096) from pSrcLsp (10, Q15).
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsLSPToLPC_GSMAMR_16s, (const Vsp16s* pSrcLsp, Vsp16s* pDstLpc), (pSrcLsp, pDstLpc))
+
+/* LSF to LSP (TS 26.073 Lsf_lsp), ten values: ind = lsf >> 8, lsp =
+ * cos[ind] + (((lsf & 255) * slope[ind]) >> 8) over the 64-interval cosine
+ * table (slope[i] = cos[i+1] - cos[i]).
+ * Decisions: an LSF of 16384 or more uses ind = 63 (16384 gives -32729; the
+ * reference reads past its table there). A negative LSF stops the call with
+ * vspStsLSFRangeErr (-12): the values before it are already written, the rest
+ * of pDstLsp is untouched.
+ * Checks: any pointer null: vspStsNullPtrErr; then -12 as above. */
+VSPS_FN(VspStatus, legacy90vspsLSFToLSP_GSMAMR_16s, (const Vsp16s* pSrcLsf, Vsp16s* pDstLsp), (pSrcLsf, pDstLsp))
+
+/* LSP quantisation with first-order MA prediction (TS 26.073 Q_plsf_3 and
+ * Q_plsf_5). pPastRq (10, in/out) is the encoder's past quantised residual
+ * (zero at reset).
+ * Modes other than 12.2 kbit/s: pSrcLsp 10 values; Lsp_lsf, Lsf_wt weights,
+ * prediction mean3 + mult(past_rq, pred_fac3), three weighted sub-vector
+ * searches (coefficients 0-2, 3-5, 6-9; strict "<", the first minimum wins):
+ * modes 0 and 1: dico1_lsf_3, the even rows of dico2_lsf_3 (index transmitted
+ * = row / 2, 0..255), mr515_3_lsf; mode 8: mr795_1_lsf, dico2_lsf_3,
+ * dico3_lsf_3; modes 3, 6, 7, 11, 25: dico1_lsf_3, dico2_lsf_3, dico3_lsf_3.
+ * pDstIdx gets 3 indices, pPastRq the quantised residual, pDstQLsp the
+ * quantised LSFs reordered (minimum distance 205) and converted to LSP.
+ * 12.2 kbit/s: pSrcLsp holds the LSPs of subframes 2 and 4 (20 values); one
+ * prediction mean5 + mult(past_rq, 21299) for both; five joint searches over
+ * the coefficient pairs (0-1, ..., 8-9) of both vectors with dico1..dico5_lsf_5,
+ * the third with both signs (index = 2 * row + sign, a negative sign negates
+ * the row with saturation); pDstIdx 5 indices, pDstQLsp 20 values, pPastRq
+ * the second vector's quantised residual.
+ * pDstQLsp, pDstIdx and pPastRq are written only on success.
+ * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsLSPQuant_GSMAMR_16s, (const Vsp16s* pSrcLsp, Vsp16s* pPastRq, Vsp16s* pDstQLsp, Vsp16s* pDstIdx, int mode), (pSrcLsp, pPastRq, pDstQLsp, pDstIdx, mode))
+
+/* LSF decoding with bad-frame concealment (TS 26.073 D_plsf_3, D_plsf_5)
+ * and the subframe LSPs (the LSP half of Int_lpc_1to3 / Int_lpc_1and3).
+ * State (caller-owned, in/out): pPastRq (10, zero at reset), pPastLsfQ (10,
+ * the last decoded LSF vector; at reset the 12.2 kbit/s mean vector 1384,
+ * 2077, 3420, 5108, 6742, 8122, 9863, 11092, 12714, 13701 for every mode,
+ * as the standard's decoder reset sets it), pLsp (10: the previous frame's
+ * LSP in, this frame's last LSP out; at reset the standard's initial LSP
+ * 30000, 26000, 21000, 15000, 8000, 0, -8000, -15000, -21000, -26000).
+ * Good frame (bfi = 0): pIdx holds 3 indices (5 at 12.2 kbit/s) as
+ * legacy90vspsLSPQuant_GSMAMR_16s writes them; lsf = codevectors + mean +
+ * mult(past_rq, factor); past_rq = the codevectors (the second vector's at
+ * 12.2). Bad frame (bfi != 0, pIdx ignored but must not be null):
+ * lsf = mult(past_lsf_q, 29491) + mult(mean3, 3277) (12.2 kbit/s:
+ * 31128 and 1639 with mean5, both vectors the same); past_rq = lsf minus the
+ * prediction from the old past_rq with the mode's factors. Then the LSFs are
+ * reordered (minimum distance 205), pPastLsfQ = the (last) reordered vector,
+ * and the LSPs formed.
+ * pDstLspSubfr (40) gets the four subframe LSP vectors: 3-split modes
+ * old - (old >> 2) + (new >> 2), (old >> 1) + (new >> 1),
+ * new - (new >> 2) + (old >> 2), new; 12.2 kbit/s (mid = the subframe-2
+ * vector): (mid >> 1) + (old >> 1), mid, (mid >> 1) + (new >> 1), new
+ * (saturating adds, floor shifts).
+ * Decision: indices outside their table are masked to the table's index
+ * width (first: & 255, & 511 at 7.95 kbit/s; second: & 255 at 4.75 and
+ * 5.15 kbit/s, else & 511; third: & 127 at 4.75 and 5.15 kbit/s, else & 511;
+ * 12.2 kbit/s: & 127, & 255, & 511, & 255, & 63), so that any index reads
+ * inside the tables; valid indices are unchanged by the mask.
+ * Checks: any of the five pointers null: vspStsNullPtrErr; mode:
+ * vspStsRangeErr; nothing is written on failure. */
+VSPS_FN(VspStatus, legacy90vspsQuantLSPDecode_GSMAMR_16s, (const Vsp16s* pIdx, Vsp16s* pPastRq, Vsp16s* pPastLsfQ, Vsp16s* pLsp, Vsp16s* pDstLspSubfr, Vsp16s bfi, int mode), (pIdx, pPastRq, pPastLsfQ, pLsp, pDstLspSubfr, bfi, mode))
+
+/* First-subframe LSP interpolation (TS 26.073 Int_lpc_1to3): pDst[i] =
+ * pSrcPrev[i] - (pSrcPrev[i] >> 2) + (pSrcCur[i] >> 2), floor shifts,
+ * saturating add/sub, i = 0..len-1. pDst may equal either source.
+ * Checks: any pointer null: vspStsNullPtrErr; len < 1: vspStsSizeErr. */
+VSPS_FN(VspStatus, legacy90vspsInterpolate_GSMAMR_16s, (const Vsp16s* pSrcCur, const Vsp16s* pSrcPrev, Vsp16s* pDst, int len), (pSrcCur, pSrcPrev, pDst, len))
+
+/* Pre-emphasis 1 - gamma z^-1 (TS 26.073 preemphasis): pDst[n] =
+ * sub(x[n], mult(gamma, x[n-1])) with gamma Q15 (any value), x[-1] = *pMem;
+ * afterwards *pMem = the last input sample. pDst may equal pSrc.
+ * Checks: pSrc, pDst or pMem null: vspStsNullPtrErr; len < 1:
+ * vspStsSizeErr; nothing is written on failure. */
+VSPS_FN(VspStatus, legacy90vspsPreemphasize_GSMAMR_16s, (Vsp16s gamma, const Vsp16s* pSrc, Vsp16s* pDst, int len, Vsp16s* pMem), (gamma, pSrc, pDst, len, pMem))
