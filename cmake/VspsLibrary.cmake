@@ -3,7 +3,8 @@
 #   name <name> off Windows) from the same sources, with the aliases
 #   vsps::<name> and vsps::<name>_static, the platform's link settings (a
 #   self-contained DLL on Windows, no undefined symbols elsewhere) and the
-#   install rules into the export set vspsTargets. The static library's
+#   install rules into the export set vspsTargets (headers into
+#   VSPS_INSTALL_INCLUDEDIR). The static library's
 #   users get <NAME>_STATIC defined (upper-case name).
 function(vsps_add_library_pair name)
   cmake_parse_arguments(L "" "" "HEADERS;SOURCES" ${ARGN})
@@ -28,5 +29,5 @@ function(vsps_add_library_pair name)
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
           ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-          PUBLIC_HEADER DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+          PUBLIC_HEADER DESTINATION ${VSPS_INSTALL_INCLUDEDIR})
 endfunction()

@@ -40,12 +40,18 @@ struct CpuidRegs {
 };
 
 // Where the probe gets its answers: the processor, or a table in tests.
+// Never deleted through the base: the destructor is protected and not
+// virtual, so the library emits no deleting destructor, which would need
+// operator delete from the C++ runtime (a C program links the static
+// library with the C compiler alone).
 class CpuidSource {
  public:
-  virtual ~CpuidSource() = default;
   virtual bool available() const = 0;  // false: identification unavailable
   virtual CpuidRegs cpuid(uint32_t leaf, uint32_t subleaf) const = 0;
   virtual uint64_t xgetbv0() const = 0;  // XCR0
+
+ protected:
+  ~CpuidSource() = default;
 };
 
 // The processor itself.

@@ -7,6 +7,7 @@
 
 #include "tools/commands.h"
 #include "tools/echo/echo_scenario.h"
+#include "tools/output_file.h"
 #include "tools/progress.h"
 #include "tools/wav_io.h"
 
@@ -20,9 +21,15 @@ Vsp16s to_pcm(Vsp32f v) { return static_cast<Vsp16s>(std::lround(std::clamp(v * 
 
 }  // namespace
 
+const CommandSpec kAecSpec = {"aec",
+                              "FAR.wav NEAR.wav -o OUT.wav [options]",
+                              "sub-band echo canceller: removes the echo of FAR from NEAR (8 or 16 kHz)",
+                              {{"-o", "OUT.wav", "the near end with the echo removed (required)"},
+                               {"--tail", "MS", "echo tail covered, 4 to 1000 ms (default 64)"}}};
+
 int cmd_aec(const Args& args, FILE* out, FILE* err) {
   Options opt;
-  if (!parse_options(args, {"-o", "--tail"}, &opt, err)) return 2;
+  if (const int status = parse_or_exit(kAecSpec, args, &opt, out, err); status >= 0) return status;
   if (opt.positional.size() != 2 || !opt.get("-o")) {
     std::fprintf(err, "vsps: aec needs FAR.wav NEAR.wav -o OUT.wav\n");
     return 2;
@@ -31,6 +38,11 @@ int cmd_aec(const Args& args, FILE* out, FILE* err) {
   if (!(tailMs >= 4.0 && tailMs <= 1000.0)) {
     std::fprintf(err, "vsps: --tail takes 4 to 1000 ms\n");
     return 2;
+  }
+  std::string error;
+  if (!output_is_not_an_input(*opt.get("-o"), opt.positional, &error)) {
+    std::fprintf(err, "vsps: %s\n", error.c_str());
+    return 1;
   }
   WavAudio farWav, nearWav;
   const char* needs = "the canceller runs at 8000 or 16000 Hz";
@@ -80,7 +92,6 @@ int cmd_aec(const Args& args, FILE* out, FILE* err) {
   }
   std::vector<Vsp16s> pcm(n);
   for (std::size_t i = 0; i < n; ++i) pcm[i] = to_pcm(y[i + delay]);
-  std::string error;
   if (!write_wav(*opt.get("-o"), rate, pcm, &error)) {
     std::fprintf(err, "vsps: %s\n", error.c_str());
     return 1;

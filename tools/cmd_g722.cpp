@@ -62,9 +62,15 @@ int decode(const std::string& in, const std::string& out, int mode, FILE* err) {
 
 }  // namespace
 
-int cmd_g722(const Args& args, FILE*, FILE* err) {
+const CommandSpec kG722Spec = {
+    "g722",
+    "encode|decode [--mode 1|2|3] IN OUT",
+    "G.722 64/56/48 kbit/s: 16 kHz PCM (raw or .wav) <-> one octet per sample pair",
+    {{"--mode", "1|2|3", "decoder: 1 = 64 kbit/s (default), 2 = 56, 3 = 48 (low octet bits ignored)"}}};
+
+int cmd_g722(const Args& args, FILE* out, FILE* err) {
   Options opt;
-  if (!parse_options(args, {"--mode"}, &opt, err)) return 2;
+  if (const int status = parse_or_exit(kG722Spec, args, &opt, out, err); status >= 0) return status;
   const bool shape = opt.positional.size() == 3 && (opt.positional[0] == "encode" || opt.positional[0] == "decode");
   if (!shape) {
     std::fprintf(err, "vsps: g722 needs encode IN OUT or decode [--mode 1|2|3] IN OUT\n");
@@ -83,6 +89,7 @@ int cmd_g722(const Args& args, FILE*, FILE* err) {
     }
     mode = (*m)[0] - '0';
   }
+  if (!output_differs_from_input(opt.positional[2], opt.positional[1], err)) return 1;
   return enc ? encode(opt.positional[1], opt.positional[2], err)
              : decode(opt.positional[1], opt.positional[2], mode, err);
 }

@@ -94,23 +94,29 @@ int decode(const std::string& in, Coded fmt, const std::string& outPath, FILE* e
 
 }  // namespace
 
-int cmd_gsmfr(const Args& args, FILE*, FILE* err) {
+const CommandSpec kGsmfrSpec = {"gsmfr",
+                                "encode|decode IN OUT",
+                                "GSM 06.10 full rate: 8 kHz PCM (raw or .wav) <-> .gsm (33-octet frames) or .cod",
+                                {}};
+
+int cmd_gsmfr(const Args& args, FILE* out, FILE* err) {
   Options opt;
-  if (!parse_options(args, {}, &opt, err)) return 2;
+  if (const int status = parse_or_exit(kGsmfrSpec, args, &opt, out, err); status >= 0) return status;
   if (opt.positional.size() != 3 || (opt.positional[0] != "encode" && opt.positional[0] != "decode")) {
     std::fprintf(err, "vsps: gsmfr needs encode|decode IN OUT\n");
     return 2;
   }
   const bool enc = opt.positional[0] == "encode";
   const std::string& in = opt.positional[1];
-  const std::string& out = opt.positional[2];
-  const Coded fmt = coded_format(enc ? out : in);
+  const std::string& outPath = opt.positional[2];
+  const Coded fmt = coded_format(enc ? outPath : in);
   if (fmt == Coded::Unknown) {
     std::fprintf(err, "vsps: gsmfr: the coded file %s must end in .gsm (33-octet frames) or .cod (76 words)\n",
-                 (enc ? out : in).c_str());
+                 (enc ? outPath : in).c_str());
     return 2;
   }
-  return enc ? encode(in, out, fmt, err) : decode(in, fmt, out, err);
+  if (!output_differs_from_input(outPath, in, err)) return 1;
+  return enc ? encode(in, outPath, fmt, err) : decode(in, fmt, outPath, err);
 }
 
 }  // namespace vsps::tool

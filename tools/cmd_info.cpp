@@ -51,8 +51,12 @@ std::string words(uint64_t mask) {
 
 }  // namespace
 
+const CommandSpec kInfoSpec = {"info", "", "processor level, version record and feature masks", {}};
+
 int cmd_info(const Args& args, FILE* out, FILE* err) {
-  if (!args.empty()) {
+  Options opt;
+  if (const int status = parse_or_exit(kInfoSpec, args, &opt, out, err); status >= 0) return status;
+  if (!opt.positional.empty()) {
     std::fprintf(err, "vsps: info takes no arguments\n");
     return 2;
   }

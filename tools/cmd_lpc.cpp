@@ -1,10 +1,8 @@
 // "vsps lpc FILE.wav": the G.729 or GSM-AMR front end per frame of the
 // user's file, as CSV or JSON; a summary on stderr.
-#include <cerrno>
-#include <cstring>
-
 #include "tools/commands.h"
 #include "tools/lp_frontend.h"
+#include "tools/output_file.h"
 #include "tools/progress.h"
 #include "tools/wav_io.h"
 
@@ -62,9 +60,18 @@ void write_json(FILE* f, const char* codec, const std::vector<LpFrame>& frames, 
 
 }  // namespace
 
+const CommandSpec kLpcSpec = {
+    "lpc",
+    "FILE.wav [options]",
+    "LP analysis and LSP quantisation per frame of an 8 kHz file (CSV or JSON; summary on stderr)",
+    {{"--codec", "g729|amr", "front end (default g729)"},
+     {"--mode", "KBPS", "GSM-AMR mode: 4.75 5.15 5.9 6.7 7.4 7.95 10.2 12.2 (default 12.2)"},
+     {"--format", "csv|json", "output format (default csv)"},
+     {"-o", "OUT", "write to OUT instead of the standard output"}}};
+
 int cmd_lpc(const Args& args, FILE* out, FILE* err) {
   Options opt;
-  if (!parse_options(args, {"--codec", "--mode", "--format", "-o"}, &opt, err)) return 2;
+  if (const int status = parse_or_exit(kLpcSpec, args, &opt, out, err); status >= 0) return status;
   if (opt.positional.size() != 1) {
     std::fprintf(err, "vsps: lpc needs one input file\n");
     return 2;
@@ -95,6 +102,12 @@ int cmd_lpc(const Args& args, FILE* out, FILE* err) {
     std::fprintf(err, "vsps: the front end could not be set up\n");
     return 1;
   }
+  std::string error;
+  const std::string* outPath = opt.get("-o");
+  if (outPath && !output_is_not_an_input(*outPath, opt.positional, &error)) {
+    std::fprintf(err, "vsps: %s\n", error.c_str());
+    return 1;
+  }
   WavAudio wav;
   if (!load_wav(opt.positional[0], {8000}, "the G.729 and GSM-AMR front ends need 8000 Hz", &wav, err)) return 1;
   const auto frameLength = static_cast<std::size_t>(fe->frame_length());
@@ -112,21 +125,20 @@ int cmd_lpc(const Args& args, FILE* out, FILE* err) {
     progress.update((n + 1) * frameLength);
   }
   progress.update(wav.samples.size());  // a last partial frame is not analysed
-  const LpSummary s = summarise(frames, fe->library_ns());
-  FILE* f = out;
-  if (const std::string* path = opt.get("-o")) {
-    f = std::fopen(path->c_str(), "w");
-    if (f == nullptr) {
-      std::fprintf(err, "vsps: %s: cannot create (%s)\n", path->c_str(), std::strerror(errno));
-      return 1;
-    }
+  const LpSummary s = summarise(frames);
+  OutputFile output;
+  if (outPath == nullptr)
+    output.use_stream(out, "standard output");
+  else if (!output.create(*outPath, &error)) {
+    std::fprintf(err, "vsps: %s\n", error.c_str());
+    return 1;
   }
   if (format == "csv")
-    write_csv(f, frames, fe->frame_length());
+    write_csv(output.file(), frames, fe->frame_length());
   else
-    write_json(f, fe->name(), frames, fe->frame_length(), s);
-  if (f != out && std::fclose(f) != 0) {
-    std::fprintf(err, "vsps: write error\n");
+    write_json(output.file(), fe->name(), frames, fe->frame_length(), s);
+  if (!output.finish(&error)) {
+    std::fprintf(err, "vsps: %s\n", error.c_str());
     return 1;
   }
   std::fprintf(

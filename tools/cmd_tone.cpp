@@ -7,9 +7,11 @@
 
 namespace vsps::tool {
 
+const CommandSpec kToneSpec = {"tone", "FILE.wav", "2100 Hz answer tone with phase reversals (8 or 16 kHz)", {}};
+
 int cmd_tone(const Args& args, FILE* out, FILE* err) {
   Options opt;
-  if (!parse_options(args, {}, &opt, err)) return 2;
+  if (const int status = parse_or_exit(kToneSpec, args, &opt, out, err); status >= 0) return status;
   if (opt.positional.size() != 1) {
     std::fprintf(err, "vsps: tone needs one input file\n");
     return 2;

@@ -8,30 +8,32 @@
 #include <string>
 #include <vector>
 
-namespace vsps::tool {
+#include "tools/options.h"
 
-using Args = std::vector<std::string>;
+namespace vsps::tool {
 
 // The whole tool: argv[1] is the command (default "demo").
 int run_tool(int argc, const char* const* argv, FILE* out, FILE* err);
 
-int cmd_demo(const Args& args, FILE* out, FILE* err);  // [-o DIR]
-int cmd_info(const Args& args, FILE* out, FILE* err);
-int cmd_lpc(const Args& args, FILE* out,
-            FILE* err);  // FILE.wav [--codec g729|amr] [--mode KBPS] [--format csv|json] [-o OUT]
-int cmd_aec(const Args& args, FILE* out, FILE* err);    // FAR.wav NEAR.wav -o OUT.wav [--tail MS]
-int cmd_tone(const Args& args, FILE* out, FILE* err);   // FILE.wav
-int cmd_g722(const Args& args, FILE* out, FILE* err);   // encode IN OUT | decode [--mode 1|2|3] IN OUT
-int cmd_gsmfr(const Args& args, FILE* out, FILE* err);  // encode|decode IN OUT
-
-// Options: "--name value" pairs after the positional words. Returns false
-// (with a message on err) on an unknown option or a missing value.
-struct Options {
-  std::vector<std::string> positional;
-  std::vector<std::pair<std::string, std::string>> named;
-  const std::string* get(const std::string& name) const;
+// A command: its command line (parsed by parse_command_line, shown by
+// --help) and what it does.
+struct Command {
+  const CommandSpec& spec;
+  int (*run)(const Args& args, FILE* out, FILE* err);
 };
-bool parse_options(const Args& args, const std::vector<std::string>& known, Options* opt, FILE* err);
+
+int cmd_demo(const Args& args, FILE* out, FILE* err);
+int cmd_info(const Args& args, FILE* out, FILE* err);
+int cmd_lpc(const Args& args, FILE* out, FILE* err);
+int cmd_aec(const Args& args, FILE* out, FILE* err);
+int cmd_tone(const Args& args, FILE* out, FILE* err);
+int cmd_g722(const Args& args, FILE* out, FILE* err);
+int cmd_gsmfr(const Args& args, FILE* out, FILE* err);
+extern const CommandSpec kDemoSpec, kInfoSpec, kLpcSpec, kAecSpec, kToneSpec, kG722Spec, kGsmfrSpec;
+
+// Parses a command's words; the exit status to return at once (0 after
+// --help, 2 on a usage error) or -1 to go on.
+int parse_or_exit(const CommandSpec& spec, const Args& args, Options* opt, FILE* out, FILE* err);
 
 struct WavAudio;
 // Reads a WAV input of a command and checks its rate against `rates`;

@@ -13,11 +13,25 @@ its comment turned into a Doxygen block:
     group's description, and a "---- title ----" comment inside a section a
     titled member group.
 
+Each export's block also gets, derived from its signature and comment:
+
+  - a parameter table: name, direction (from the type: const pointers and
+    values are inputs; a non-const pointer is an output unless its name says
+    it is updated: ...SrcDst..., a state, a memory, coefficients; work
+    buffers are scratch), element type and Q format (a Q format written
+    next to the parameter's name in the comment, or the family's stated
+    format for that kind of value), and the values the checks refuse;
+  - the statuses it returns and why (the "Checks" sentence of the comment,
+    the other sentences naming a status, the status's meaning in vsps.h);
+  - one example line: the first call of the export in the examples (when an
+    examples folder is given and calls it), else a call with the
+    parameters' names.
+
 The list is parsed strictly: an entry without a comment, a line that is
 neither a comment nor an entry, or a parameter type vsps.h does not declare
 stops the script with an error, so no export can be dropped silently.
 
-Usage: gen-api-reference.py VSPS_H FUNCTIONS_H OUTPUT_H
+Usage: gen-api-reference.py VSPS_H FUNCTIONS_H OUTPUT_H [EXAMPLES_DIR]
 Python 3 standard library only.
 """
 
@@ -214,6 +228,185 @@ def check_types(entry, known):
             raise ListError(f"line {entry['line']}: {entry['name']}: type {w!r} is not declared in vsps.h")
 
 
+# ---- parameters, statuses, examples -------------------------------------------
+
+UPDATED = re.compile(r"SrcDst|^p?[Ss]tate$|^pMem$|^pPast|^coeffs$|^coeffFrames$|^carriedError$")
+SCRATCH = re.compile(r"^(work|init)Buf")
+# Kinds of values named in parameter names, and the words a family's notes
+# use for their format ("LSP Q15 cosines").
+KINDS = [("Lpc", r"LP coefficients"), ("Rc", r"reflection coefficients"), ("Lsp", r"\bLSPs?\b"),
+         ("Lsf", r"\bLSFs?\b"), ("AutoCorr", r"autocorrelations")]
+Q_FORMAT = re.compile(r"\b(?:radian |normalised )?Q\d+\b")
+
+
+def parameters(entry):
+    """[(type, name)] of the entry's parameters."""
+    text = entry["params"][1:-1].strip()
+    if text == "void":
+        return []
+    out = []
+    for p in split_arguments(text):
+        m = re.match(r"(.*?)(\w+)$", p.strip())
+        out.append((m.group(1).strip(), m.group(2)))
+    return out
+
+
+def direction(entry, ptype, name):
+    if "*" not in ptype:
+        return "in"
+    if ptype.startswith("const") and ptype.count("*") == ptype.count("const"):
+        return "in"
+    if SCRATCH.match(name):
+        return "scratch"
+    if UPDATED.search(name) and not re.search(r"Init|Size", entry["name"]):
+        return "in/out"
+    if ptype.startswith("const"):
+        return "in"
+    return "out"
+
+
+def sentences(text):
+    rest, out = text, []
+    while rest:
+        first, rest = first_sentence(rest)
+        out.append(first.strip())
+    return out
+
+
+def q_format(name, text, intro):
+    """The Q format stated next to the parameter's name in the comment (in
+    the same clause), else the family's format for the kind of value the
+    name says."""
+    for clause in re.split(r"[;:,.()]\s", text):
+        m = re.search(r"\b" + re.escape(name) + r"\b(.{0,30})", clause)
+        if m:
+            q = Q_FORMAT.search(m.group(1))
+            if q:
+                return q.group(0)
+    m = re.search(r"\b" + re.escape(name) + r"\b\)?(.{0,40})", intro)
+    if m and Q_FORMAT.search(m.group(1)):
+        return Q_FORMAT.search(m.group(1)).group(0)
+    for key, words in KINDS:
+        if key in name:
+            for clause in re.split(r"[;.]\s", intro):
+                m = re.search(words + r"(.{0,50})", clause)
+                if m and Q_FORMAT.search(m.group(1)):
+                    return Q_FORMAT.search(m.group(1)).group(0)
+    return ""
+
+
+def checks(text, texts):
+    """[(condition, status)] of the comment's "Checks" sentence, in order;
+    "Checks as NAME[, then ...]" takes NAME's checks (texts: name -> comment
+    text of every export) and adds the clauses after "then"."""
+    m = re.search(r"Checks as (\w+)(?:, then\s*(.*))?", text, flags=re.S)
+    if m and m.group(1) in texts:
+        more = checks("Checks: " + m.group(2), texts) if m.group(2) else []
+        return checks(texts[m.group(1)], texts) + more
+    m = re.search(r"Checks(?: in order)?:\s*(.*)", text, flags=re.S)
+    if not m:
+        return []
+    body, _ = first_sentence(m.group(1))
+    out = []
+    for clause in body.rstrip(".").split(";"):
+        cm = re.match(r"\s*(.*):\s*(vspSts\w+)", clause, flags=re.S)
+        if cm:
+            out.append((re.sub(r"\s+", " ", cm.group(1)).strip(), cm.group(2)))
+    return out
+
+
+def refused(name, ptype, found):
+    """The checks' conditions on one parameter."""
+    out = []
+    for cond, status in found:
+        if re.search(r"\b" + re.escape(name) + r"\b", cond):
+            out.append(f"{cond}: {status}")
+        elif "*" in ptype and re.search(r"\bany\b[^:]*\bpointers?\b", cond):
+            out.append(f"null: {status}")
+    return "; ".join(out)
+
+
+def status_reasons(entry, text, found):
+    """[(status, why)]: success, each check's status with its conditions, and
+    every other status the comment names with the sentence naming it; a
+    status named nowhere else is explained by its meaning in vsps.h."""
+    if entry["ret"] != "VspStatus":
+        return []
+    reasons = [("vspStsNoErr", "success")]
+    for cond, status in found:
+        for i, (s, why) in enumerate(reasons):
+            if s == status:
+                reasons[i] = (s, why + "; " + cond)
+                break
+        else:
+            reasons.append((status, cond))
+    checks_sentence = re.search(r"Checks(?: in order)?:|Checks as", text)
+    for sentence in sentences(text):
+        if checks_sentence and sentence.startswith(checks_sentence.group(0)):
+            continue
+        for status in re.findall(r"\bvspSts\w+", sentence):
+            if status not in [s for s, _ in reasons]:
+                reasons.append((status, re.sub(r"\s+", " ", sentence)))
+    return reasons
+
+
+def status_meanings(vsps_h_text):
+    return dict(re.findall(r"\b(vspSts\w+)\s*=\s*-?\d+,?\s*/\*\*<\s*(.*?)\s*\*/", vsps_h_text))
+
+
+def example_calls(folder, names):
+    """{name: (the first statement calling it, file)} over the examples' C
+    sources, for the listed names."""
+    calls = {}
+    if not folder:
+        return calls
+    for path in sorted(os.listdir(folder)):
+        if not path.endswith(".c"):
+            continue
+        with open(os.path.join(folder, path), encoding="utf-8") as f:
+            text = re.sub(r"/\*.*?\*/", " ", f.read(), flags=re.S)
+        for stmt in re.split(r"(?<=[;{}])", text):
+            stmt = re.sub(r"\s+", " ", stmt).strip()
+            stmt = re.sub(r"^(?:if|while|for) \(|^[{}] *", "", stmt)
+            for name in re.findall(r"\b(\w+)\s*\(", stmt):
+                if name in names and name not in calls and len(stmt) <= 160:
+                    calls[name] = (stmt, path)
+    return calls
+
+
+def cell(text):
+    return escape(text).replace("|", "\\|") if text else "-"
+
+
+def reference_lines(entry, body, intro, meanings, examples, texts):
+    text = brief_text(join_lines(body))
+    params = parameters(entry)
+    found = checks(text, texts)
+    out = []
+    if params:
+        out += ["", "| parameter | direction | type, Q format | refused values: status |", "|---|---|---|---|"]
+        for ptype, name in params:
+            base = re.sub(r"\bconst\b|\*", " ", ptype).split()[0]
+            q = q_format(name, text, intro) if base in ("Vsp16s", "Vsp32s", "Vsp32sc") else ""
+            kind = re.sub(r"\s+\*", "*", ptype) + (", " + q if q else "")
+            out.append(f"| {name} | {direction(entry, ptype, name)} | {cell(kind)} | {cell(refused(name, ptype, found))} |")
+    reasons = status_reasons(entry, text, found)
+    if reasons:
+        out += ["", "Statuses:"]
+        out += [f"- {s}: {escape(why or meanings.get(s, ''))}" for s, why in reasons]
+    call = examples.get(entry["name"])
+    if call:
+        line, where = call
+        out += ["", f"Example (examples/{where}):"]
+    else:
+        args = ", ".join(n for _, n in params)
+        result = "VspStatus st = " if entry["ret"] == "VspStatus" else entry["ret"] + " r = "
+        line = f"{result}{entry['name']}({args});"
+        out += ["", "Example:"]
+    out += ["\\code", line, "\\endcode"]
+    return out
+
+
 def group_id(title):
     return "vsps_" + re.sub(r"[^a-z0-9]+", "_", title.lower()).strip("_")
 
@@ -303,7 +496,7 @@ def doc_block(lines, indent=""):
     return "\n".join(out)
 
 
-def entry_doc(entry, body):
+def entry_doc(entry, body, intro, meanings, examples, texts):
     text = join_lines(body)
     brief, rest = first_sentence(text)
     doc = ["\\brief " + brief_text(escape(brief))]
@@ -312,6 +505,7 @@ def entry_doc(entry, body):
         doc += detail_lines(escape(rest))
     if entry["kind"] == "SERVICE":
         doc += ["", "A library service, exported directly (not routed through the processor dispatch)."]
+    doc += reference_lines(entry, body, intro, meanings, examples, texts)
     return doc_block(doc)
 
 
@@ -320,7 +514,9 @@ def prototype(entry):
     return f"{entry['ret']} {entry['name']}{params};"
 
 
-def generate(sections, vsps_h_name, list_name):
+def generate(sections, vsps_h_name, list_name, meanings, examples):
+    texts = {item["name"]: brief_text(join_lines(body))
+             for section in sections for kind, item, body in section["items"] if kind == "entry"}
     out = [
         "/* Generated by tools/gen-api-reference.py from include/"
         f"{list_name} and include/{vsps_h_name}: do not edit.",
@@ -361,7 +557,8 @@ def generate(sections, vsps_h_name, list_name):
                 out += ["/** @{ */", ""]
                 in_subsection = True
                 continue
-            out.append(entry_doc(item, body))
+            intro = brief_text(join_lines(section["intro"]))
+            out.append(entry_doc(item, body, intro, meanings, examples, texts))
             out.append(prototype(item))
             out.append("")
         if in_subsection:
@@ -371,10 +568,10 @@ def generate(sections, vsps_h_name, list_name):
 
 
 def main(argv):
-    if len(argv) != 4:
+    if len(argv) not in (4, 5):
         sys.stderr.write(__doc__)
         return 2
-    vsps_h, functions_h, output = argv[1:]
+    vsps_h, functions_h, output = argv[1:4]
     try:
         sections = parse_list(functions_h)
         known = declared_types(vsps_h)
@@ -392,8 +589,11 @@ def main(argv):
     except ListError as e:
         sys.stderr.write(f"{functions_h}: {e}\n")
         return 1
+    with open(vsps_h, encoding="utf-8") as f:
+        meanings = status_meanings(f.read())
+    examples = example_calls(argv[4] if len(argv) == 5 else "", names)
     text = generate(sections, vsps_h.replace("\\", "/").split("/")[-1],
-                    functions_h.replace("\\", "/").split("/")[-1])
+                    functions_h.replace("\\", "/").split("/")[-1], meanings, examples)
     with open(output, "w", encoding="utf-8", newline="\n") as f:
         f.write(text)
     return 0

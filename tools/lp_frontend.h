@@ -32,7 +32,8 @@ class LpFrontEnd {
   // Analyses frame_length() new samples; `lost` erases the frame at the
   // decoder. False on a library error.
   virtual bool process(const Vsp16s* pcm, bool lost, LpFrame* out) = 0;
-  // Nanoseconds spent in library calls so far.
+  // Nanoseconds spent in library calls so far (processor time of the
+  // calling thread where the system measures it).
   double library_ns() const { return libraryNs_; }
 
  protected:
@@ -60,8 +61,7 @@ struct LpSummary {
   int frames = 0, lost = 0, unstable = 0, mismatches = 0;
   double meanSdDb = 0, maxSdDb = 0;
   double pct2to4 = 0, pctOver4 = 0;  // outliers: share of frames with SD in 2..4 dB and above 4 dB
-  double framesPerSecond = 0;        // library calls only
 };
-LpSummary summarise(const std::vector<LpFrame>& frames, double libraryNs);
+LpSummary summarise(const std::vector<LpFrame>& frames);
 
 }  // namespace vsps::tool

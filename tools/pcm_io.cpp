@@ -1,8 +1,11 @@
 #include "tools/pcm_io.h"
 
+#include <cerrno>
 #include <cstring>
+#include <filesystem>
 
 #include "tools/commands.h"
+#include "tools/output_file.h"
 #include "tools/wav_io.h"
 
 namespace vsps::tool {
@@ -33,8 +36,8 @@ bool read_pcm(const std::string& path, int rate, std::vector<int16_t>* samples, 
 }
 
 bool write_pcm(const std::string& path, int rate, const std::vector<int16_t>& samples, FILE* err) {
-  std::string error;
   if (has_suffix(path, ".wav")) {
+    std::string error;
     if (write_wav(path, rate, samples, &error)) return true;
     std::fprintf(err, "vsps: %s\n", error.c_str());
     return false;
@@ -48,15 +51,39 @@ bool write_pcm(const std::string& path, int rate, const std::vector<int16_t>& sa
 }
 
 bool read_octets(const std::string& path, std::vector<uint8_t>* bytes, FILE* err) {
-  std::string error;
-  if (read_file(path, bytes, &error)) return true;
-  std::fprintf(err, "vsps: %s\n", error.c_str());
-  return false;
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec)) {
+    std::fprintf(err, "vsps: %s: is a directory\n", path.c_str());
+    return false;
+  }
+  FILE* f = std::fopen(path.c_str(), "rb");
+  if (f == nullptr) {
+    std::fprintf(err, "vsps: %s: cannot open (%s)\n", path.c_str(), std::strerror(errno));
+    return false;
+  }
+  uint8_t buf[65536];
+  std::size_t n;
+  while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) bytes->insert(bytes->end(), buf, buf + n);
+  const bool failed = std::ferror(f) != 0;
+  std::fclose(f);
+  if (failed) std::fprintf(err, "vsps: %s: read error\n", path.c_str());
+  return !failed;
 }
 
 bool write_octets(const std::string& path, const std::vector<uint8_t>& bytes, FILE* err) {
   std::string error;
-  if (write_file(path, nullptr, 0, bytes, &error)) return true;
+  OutputFile f;
+  if (f.create(path, &error)) {
+    if (!bytes.empty()) std::fwrite(bytes.data(), 1, bytes.size(), f.file());
+    if (f.finish(&error)) return true;
+  }
+  std::fprintf(err, "vsps: %s\n", error.c_str());
+  return false;
+}
+
+bool output_differs_from_input(const std::string& out, const std::string& in, FILE* err) {
+  std::string error;
+  if (output_is_not_an_input(out, {in}, &error)) return true;
   std::fprintf(err, "vsps: %s\n", error.c_str());
   return false;
 }

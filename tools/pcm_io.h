@@ -20,4 +20,7 @@ bool write_pcm(const std::string& path, int rate, const std::vector<int16_t>& sa
 bool read_octets(const std::string& path, std::vector<uint8_t>* bytes, FILE* err);
 bool write_octets(const std::string& path, const std::vector<uint8_t>& bytes, FILE* err);
 
+// False (with the reason on err) when `out` names the input file.
+bool output_differs_from_input(const std::string& out, const std::string& in, FILE* err);
+
 }  // namespace vsps::tool

@@ -1,11 +1,11 @@
 #include "tools/svg_plot.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <sstream>
+
+#include "tools/output_file.h"
 
 namespace vsps::tool {
 
@@ -82,7 +82,8 @@ bool write_svg(const std::string& path, const Plot& p, std::string* error) {
     << escape(p.yLabel) << "</text>\n";
   int legendRow = 0;
   for (const PlotSeries& ser : p.series) {
-    const std::string style = "fill=\"none\" stroke=\"" + ser.colour + "\" stroke-width=\"1.3\"" +
+    const std::string style = "fill=\"none\" stroke=\"" + ser.colour + "\" stroke-width=\"" + number(ser.width) + "\"" +
+                              (ser.opacity < 1 ? " stroke-opacity=\"" + number(ser.opacity) + "\"" : "") +
                               (ser.dashed ? " stroke-dasharray=\"5,3\"" : "");
     std::string points;
     auto flush = [&] {
@@ -107,17 +108,10 @@ bool write_svg(const std::string& path, const Plot& p, std::string* error) {
   }
   s << "</svg>\n";
   const std::string text = s.str();
-  FILE* f = std::fopen(path.c_str(), "w");
-  if (f == nullptr) {
-    *error = path + ": cannot create (" + std::strerror(errno) + ")";
-    return false;
-  }
-  const bool ok = std::fwrite(text.data(), 1, text.size(), f) == text.size();
-  if (std::fclose(f) != 0 || !ok) {
-    *error = path + ": write error";
-    return false;
-  }
-  return true;
+  OutputFile f;
+  if (!f.create(path, error)) return false;
+  std::fwrite(text.data(), 1, text.size(), f.file());
+  return f.finish(error);
 }
 
 }  // namespace vsps::tool

@@ -10,6 +10,8 @@ struct PlotSeries {
   std::string label;   // legend text; empty: not in the legend
   std::string colour;  // SVG colour, e.g. "#1f77b4"
   bool dashed = false;
+  double width = 1.3;     // stroke width in pixels
+  double opacity = 1.0;   // stroke opacity, 0..1
   std::vector<double> x;  // same length as y; a NaN y breaks the line
   std::vector<double> y;
 };

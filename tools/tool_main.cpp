@@ -1,62 +1,64 @@
 #include <cstring>
 
 #include "tools/commands.h"
+#include "tools/output_file.h"
 #include "tools/wav_io.h"
 #include "vsps.h"
+
+#ifndef VSPS_TOOL_VERSION
+#define VSPS_TOOL_VERSION "unknown"
+#endif
 
 namespace vsps::tool {
 
 namespace {
 
+const Command kCommands[] = {{kDemoSpec, cmd_demo}, {kLpcSpec, cmd_lpc},   {kAecSpec, cmd_aec},
+                             {kToneSpec, cmd_tone}, {kG722Spec, cmd_g722}, {kGsmfrSpec, cmd_gsmfr},
+                             {kInfoSpec, cmd_info}};
+
 int usage(FILE* f, int status) {
+  std::fprintf(f, "usage: vsps [command] [arguments]   (the default command is demo)\n");
+  for (const Command& c : kCommands) {
+    const std::string line = std::string(c.spec.name) + " " + c.spec.synopsis;
+    std::fprintf(f, "  %-34s %s\n", line.c_str(), c.spec.summary);
+  }
   std::fprintf(f,
-               "usage: vsps [command] [arguments]\n"
-               "  demo [-o DIR]            every family on built-in signals, figures and SVG plots in DIR\n"
-               "                           (default command; DIR defaults to vsps-demo)\n"
-               "  lpc FILE.wav [--codec g729|amr] [--mode 4.75|5.15|5.9|6.7|7.4|7.95|10.2|12.2]\n"
-               "      [--format csv|json] [-o OUT]\n"
-               "                           LP analysis and LSP quantisation per frame of an 8 kHz file\n"
-               "  aec FAR.wav NEAR.wav -o OUT.wav [--tail MS]\n"
-               "                           sub-band echo canceller: removes the echo of FAR from NEAR\n"
-               "  tone FILE.wav            2100 Hz answer tone with phase reversals (8 or 16 kHz)\n"
-               "  g722 encode IN OUT | g722 decode [--mode 1|2|3] IN OUT\n"
-               "                           G.722 at 64/56/48 kbit/s: 16 kHz PCM <-> one octet per sample pair\n"
-               "  gsmfr encode|decode IN OUT\n"
-               "                           GSM 06.10 full rate: 8 kHz PCM <-> .gsm (33-octet frames)\n"
-               "                           or .cod (76 16-bit words per frame)\n"
-               "  info                     processor level, version record and feature masks\n"
-               "Input files: 16-bit PCM mono WAV; codec commands also take raw 16-bit little-endian PCM.\n");
+               "vsps COMMAND --help shows a command's options; vsps --version the version.\n"
+               "Input files: 16-bit PCM mono WAV; the codec commands also take raw 16-bit little-endian PCM.\n");
+  return status;
+}
+
+int version(FILE* out) {
+  legacy90vspscInit();
+  const VspLibraryVersion* v = legacy90vspscGetLibVersion();
+  std::fprintf(out, "vsps %s (library %s, %s)\n", VSPS_TOOL_VERSION, v->Name, v->Version);
+  return 0;
+}
+
+// A command's standard output is checked like a file: a write error there
+// (a full disk, /dev/full, a closed pipe) fails the command.
+int finish_output(int status, FILE* out, FILE* err) {
+  std::string error;
+  if (!flush_checked(out, "standard output", &error)) {
+    std::fprintf(err, "vsps: %s\n", error.c_str());
+    return status == 0 ? 1 : status;
+  }
   return status;
 }
 
 }  // namespace
 
-const std::string* Options::get(const std::string& name) const {
-  for (const auto& [k, v] : named)
-    if (k == name) return &v;
-  return nullptr;
-}
-
-bool parse_options(const Args& args, const std::vector<std::string>& known, Options* opt, FILE* err) {
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string& a = args[i];
-    if (a.size() < 2 || a[0] != '-') {
-      opt->positional.push_back(a);
-      continue;
-    }
-    bool isKnown = false;
-    for (const std::string& k : known) isKnown = isKnown || k == a;
-    if (!isKnown) {
-      std::fprintf(err, "vsps: unknown option %s\n", a.c_str());
-      return false;
-    }
-    if (i + 1 >= args.size()) {
-      std::fprintf(err, "vsps: option %s needs a value\n", a.c_str());
-      return false;
-    }
-    opt->named.emplace_back(a, args[++i]);
+int parse_or_exit(const CommandSpec& spec, const Args& args, Options* opt, FILE* out, FILE* err) {
+  switch (parse_command_line(spec, args, opt, out, err)) {
+    case ParseResult::Ok:
+      return -1;
+    case ParseResult::Help:
+      return 0;
+    case ParseResult::Error:
+      break;
   }
-  return true;
+  return 2;
 }
 
 bool load_wav(const std::string& path, std::initializer_list<int> rates, const char* needs, WavAudio* wav, FILE* err) {
@@ -74,18 +76,22 @@ bool load_wav(const std::string& path, std::initializer_list<int> rates, const c
 int run_tool(int argc, const char* const* argv, FILE* out, FILE* err) {
   const std::string cmd = argc > 1 ? argv[1] : "demo";
   const Args args(argv + (argc > 1 ? 2 : 1), argv + argc);
-  if (cmd == "-h" || cmd == "--help" || cmd == "help") return usage(out, 0);
-  struct Command {
-    const char* name;
-    int (*run)(const Args&, FILE*, FILE*);
-  };
-  static constexpr Command kCommands[] = {{"demo", cmd_demo}, {"info", cmd_info}, {"lpc", cmd_lpc},    {"aec", cmd_aec},
-                                          {"tone", cmd_tone}, {"g722", cmd_g722}, {"gsmfr", cmd_gsmfr}};
+  if (cmd == "-h" || cmd == "--help") return finish_output(usage(out, 0), out, err);
+  if (cmd == "--version" || cmd == "-V") return finish_output(version(out), out, err);
+  if (cmd == "help" && !args.empty()) {  // "vsps help lpc" as "vsps lpc --help"
+    for (const Command& c : kCommands)
+      if (args[0] == c.spec.name) {
+        print_command_help(c.spec, out);
+        return finish_output(0, out, err);
+      }
+  }
+  if (cmd == "help") return finish_output(usage(out, 0), out, err);
   for (const Command& c : kCommands)
-    if (cmd == c.name) {
+    if (cmd == c.spec.name) {
       legacy90vspscInit();  // its warnings are reported by "vsps info"
       const int status = c.run(args, out, err);
-      return status == 2 ? usage(err, 2) : status;
+      if (status == 2) print_command_help(c.spec, err);
+      return finish_output(status, out, err);
     }
   std::fprintf(err, "vsps: unknown command %s\n", cmd.c_str());
   return usage(err, 2);

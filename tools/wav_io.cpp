@@ -3,6 +3,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+
+#include "tools/output_file.h"
 
 namespace vsps::tool {
 
@@ -20,12 +23,12 @@ void put16(unsigned char* p, uint16_t v) {
   p[1] = static_cast<unsigned char>(v >> 8);
 }
 
-constexpr uint16_t kFormatPcm = 1;
-constexpr uint16_t kFormatExtensible = 0xFFFE;
-
-}  // namespace
-
 bool read_file(const std::string& path, std::vector<unsigned char>* bytes, std::string* error) {
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec)) {
+    *error = path + ": is a directory; a WAV file is needed";
+    return false;
+  }
   FILE* f = std::fopen(path.c_str(), "rb");
   if (f == nullptr) {
     *error = path + ": cannot open (" + std::strerror(errno) + ")";
@@ -40,21 +43,30 @@ bool read_file(const std::string& path, std::vector<unsigned char>* bytes, std::
   return !failed;
 }
 
-bool write_file(const std::string& path, const unsigned char* head, std::size_t headBytes,
-                const std::vector<unsigned char>& body, std::string* error) {
-  FILE* f = std::fopen(path.c_str(), "wb");
-  if (f == nullptr) {
-    *error = path + ": cannot create (" + std::strerror(errno) + ")";
-    return false;
-  }
-  const bool ok =
-      std::fwrite(head, 1, headBytes, f) == headBytes && std::fwrite(body.data(), 1, body.size(), f) == body.size();
-  if (std::fclose(f) != 0 || !ok) {
-    *error = path + ": write error";
-    return false;
-  }
-  return true;
+constexpr uint16_t kFormatPcm = 1;
+constexpr uint16_t kFormatExtensible = 0xFFFE;
+// The data length a streaming writer leaves when it cannot seek back: the
+// samples run to the end of the file.
+constexpr uint32_t kStreamingLength = 0xFFFFFFFF;
+
+// The name of a WAV format tag the tool does not read.
+std::string encoding_name(uint16_t tag) {
+  struct Name {
+    uint16_t tag;
+    const char* name;
+  };
+  static constexpr Name kNames[] = {{2, "Microsoft ADPCM"}, {3, "IEEE float"},     {6, "A-law"},
+                                    {7, "mu-law"},          {0x11, "IMA ADPCM"},   {0x14, "G.723 ADPCM"},
+                                    {0x31, "GSM 06.10"},    {0x40, "G.721 ADPCM"}, {0x50, "MPEG"},
+                                    {0x55, "MPEG layer 3"}, {0x64, "G.726 ADPCM"}, {0x65, "G.722 ADPCM"}};
+  char hex[16];
+  std::snprintf(hex, sizeof hex, "0x%04X", tag);
+  for (const Name& n : kNames)
+    if (n.tag == tag) return std::string(n.name) + " (format tag " + hex + ")";
+  return std::string("format tag ") + hex;
 }
+
+}  // namespace
 
 bool read_wav(const std::string& path, WavAudio* audio, std::string* error) {
   std::vector<unsigned char> b;
@@ -80,19 +92,20 @@ bool read_wav(const std::string& path, WavAudio* audio, std::string* error) {
       rate = le32(&b[body + 4]);
       bits = le16(&b[body + 14]);
       if (tag == kFormatExtensible && size >= 26 && available >= 26) tag = le16(&b[body + 24]);  // sub-format GUID
-      if (tag != kFormatPcm) return fail("encoding " + std::to_string(tag) + " is not linear PCM; 16-bit PCM required");
+      if (tag != kFormatPcm) return fail(encoding_name(tag) + " samples, not linear PCM; 16-bit PCM required");
       if (bits != 16) return fail(std::to_string(bits) + "-bit samples; 16-bit PCM required");
       if (channels != 1) return fail(std::to_string(channels) + " channels; mono required");
       if (rate == 0 || rate > 1000000) return fail("invalid sampling rate " + std::to_string(rate));
       haveFormat = true;
     } else if (std::memcmp(&b[pos], "data", 4) == 0) {
       if (!haveFormat) return fail("data chunk before the format chunk");
-      if (size > available)
+      const std::size_t dataBytes = size == kStreamingLength ? available & ~std::size_t(1) : size;
+      if (dataBytes > available)
         return fail("truncated: the header announces " + std::to_string(size) + " bytes of samples, the file holds " +
                     std::to_string(available));
-      if (size % 2 != 0) return fail("truncated: odd number of bytes in 16-bit sample data");
+      if (dataBytes % 2 != 0) return fail("truncated: odd number of bytes in 16-bit sample data");
       audio->rate = static_cast<int>(rate);
-      audio->samples.resize(size / 2);
+      audio->samples.resize(dataBytes / 2);
       for (std::size_t i = 0; i < audio->samples.size(); ++i)
         audio->samples[i] = static_cast<int16_t>(le16(&b[body + 2 * i]));
       return true;
@@ -120,7 +133,11 @@ bool write_wav(const std::string& path, int rate, const std::vector<int16_t>& sa
   put32(h + 40, dataBytes);
   std::vector<unsigned char> body(samples.size() * 2);
   for (std::size_t i = 0; i < samples.size(); ++i) put16(&body[2 * i], static_cast<uint16_t>(samples[i]));
-  return write_file(path, h, sizeof h, body, error);
+  OutputFile f;
+  if (!f.create(path, error)) return false;
+  std::fwrite(h, 1, sizeof h, f.file());
+  std::fwrite(body.data(), 1, body.size(), f.file());
+  return f.finish(error);
 }
 
 }  // namespace vsps::tool

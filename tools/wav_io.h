@@ -13,16 +13,12 @@ struct WavAudio {
 };
 
 // Reads a mono 16-bit linear PCM WAV file (plain or extensible format
-// header). Returns false with a one-line reason in *error for a file that
-// cannot be opened, is not RIFF/WAVE, is compressed or float, has another
-// sample width, more than one channel, or is truncated.
+// header; a data length of 0xFFFFFFFF, left by streaming writers, means up
+// to the end of the file). Returns false with a one-line reason in *error
+// for a directory, a file that cannot be opened, is not RIFF/WAVE, is
+// compressed or float (the encoding named), has another sample width, more
+// than one channel, or is truncated.
 bool read_wav(const std::string& path, WavAudio* audio, std::string* error);
-
-// The whole contents of a file; false with a reason in *error.
-bool read_file(const std::string& path, std::vector<unsigned char>* bytes, std::string* error);
-// Writes `head` (headBytes octets) then `body`; false with a reason in *error.
-bool write_file(const std::string& path, const unsigned char* head, std::size_t headBytes,
-                const std::vector<unsigned char>& body, std::string* error);
 
 // Writes a mono 16-bit PCM WAV file; false with a reason in *error.
 bool write_wav(const std::string& path, int rate, const std::vector<int16_t>& samples, std::string* error);

@@ -80,7 +80,7 @@ VspStatus vspscodecG722EncodeBands(VspscodecG722Encoder* enc, const Vsp16s* xl, 
                                    Vsp8u* octets) {
   if (enc == nullptr || xl == nullptr || xh == nullptr || octets == nullptr) return vspStsNullPtrErr;
   if (n < 1) return vspStsSizeErr;
-  return with_bands(enc, [&](Vsp16s* low, Vsp16s* high) {
+  return with_bands(enc, [&](Vsp16s* low, Vsp16s* high) -> VspStatus {
     for (int i = 0; i < n; ++i) {  // sample by sample: the codes go into octets
       Vsp16s il = 0, ih = 0;
       VspStatus st = legacy90vspsEncodeLowband_G722_16s(xl + i, &il, 1, low);
@@ -119,7 +119,7 @@ VspStatus vspscodecG722DecodeBands(VspscodecG722Decoder* dec, const Vsp8u* octet
   if (dec == nullptr || octets == nullptr || rl == nullptr || rh == nullptr) return vspStsNullPtrErr;
   if (n < 1) return vspStsSizeErr;
   const int mode = mode_of(dec);
-  return with_bands(dec, [&](Vsp16s* low, Vsp16s* high) {
+  return with_bands(dec, [&](Vsp16s* low, Vsp16s* high) -> VspStatus {
     for (int i = 0; i < n; ++i) {
       const auto il = static_cast<Vsp16s>(octets[i] & 63), ih = static_cast<Vsp16s>(octets[i] >> 6);
       VspStatus st = legacy90vspsDecodeLowband_G722_16s(&il, rl + i, 1, low, mode);

@@ -5,7 +5,8 @@ Usage: check_reference.py FUNCTIONS_H GENERATED_H HTML_DIR
 
 The names are read from the list of exports with a pattern of its own (not the
 generator's parser). Each must be declared exactly once in the generated
-header, directly after a Doxygen block with a brief description, and must be
+header, directly after a Doxygen block with a brief description, a parameter
+table, its statuses and an example line, and must be
 documented in the HTML output (an entry of the index of functions and a member
 anchor in a group page). Names the list does not hold must not appear either.
 """
@@ -46,6 +47,18 @@ def main(argv):
         block = re.search(r"/\*\*((?:(?!\*/).)*)\*/\n[^\n(]*?\b" + name + r"\(", generated, flags=re.S)
         if not block or not re.search(r"\\brief\s+\S", block.group(1)):
             errors.append(f"{generated_h}: {name} has no brief description")
+            continue
+        # The reference part: a parameter table (when it takes parameters),
+        # the statuses (when it returns one) and an example line.
+        decl = re.search(r"^(\w[^\n]*\b" + name + r"\([^;]*\));", generated, flags=re.M).group(1)
+        wanted = [("\\code", "example line")]
+        if "(void)" not in decl:
+            wanted.append(("| parameter | direction |", "parameter table"))
+        if decl.startswith("VspStatus"):
+            wanted.append(("Statuses:", "list of statuses"))
+        for part, what in wanted:
+            if part not in block.group(1):
+                errors.append(f"{generated_h}: {name} has no {what}")
     for name in sorted(set(declared) - set(listed)):
         errors.append(f"{generated_h}: {name} is not in the list")
 

@@ -25,14 +25,17 @@ void put(std::vector<unsigned char>& b, uint32_t v, int bytes) {
 }
 }  // namespace
 
-Result run(const std::vector<std::string>& args) {
+Result run(const std::vector<std::string>& args, const char* outPath) {
   std::vector<const char*> argv = {"vsps"};
   for (const std::string& a : args) argv.push_back(a.c_str());
-  FILE* out = std::tmpfile();
+  FILE* out = outPath ? std::fopen(outPath, "w") : std::tmpfile();
   FILE* err = std::tmpfile();
   Result r;
   r.status = vsps::tool::run_tool(static_cast<int>(argv.size()), argv.data(), out, err);
-  r.out = slurp(out);
+  if (outPath)
+    std::fclose(out);
+  else
+    r.out = slurp(out);
   r.err = slurp(err);
   return r;
 }

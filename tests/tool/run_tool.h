@@ -13,8 +13,9 @@ struct Result {
   std::string out, err;
 };
 
-// Runs "vsps args...".
-Result run(const std::vector<std::string>& args);
+// Runs "vsps args..."; the standard output goes to a temporary file, or to
+// the file outPath names (opened for writing; its text is not read back).
+Result run(const std::vector<std::string>& args, const char* outPath = nullptr);
 
 // A fresh folder for one test's files.
 std::filesystem::path scratch_dir(const std::string& name);

@@ -39,7 +39,8 @@ TEST(ToolDemo, PrintsEveryFamilysFiguresAndWritesThePlots) {
   ASSERT_EQ(r.status, 0) << r.err;
   for (const char* part :
        {"G.729 ", "GSM-AMR 4.75", "GSM-AMR 5.15", "GSM-AMR 5.9", "GSM-AMR 6.7", "GSM-AMR 7.4", "GSM-AMR 7.95",
-        "GSM-AMR 10.2", "GSM-AMR 12.2", "ERLE per 0.5 s", "20 dB ERLE first reached", "fires at", "does not fire"})
+        "GSM-AMR 10.2", "GSM-AMR 12.2", "ERLE per 0.5 s", "20 dB ERLE first reached", "fires at", "does not fire",
+        "channels/core", "median of 7 runs", "GSM-AMR 4.75 and 5.15 share one; 5.9, 6.7,\n  7.4 and 10.2 another"})
     EXPECT_TRUE(contains(r.out, part)) << part;
   EXPECT_FALSE(contains(r.out, "DIFFERS"));
   for (const char* svg : {"lsp_g729.svg", "lsp_gsmamr_12k2.svg", "erle.svg"}) {
@@ -47,6 +48,16 @@ TEST(ToolDemo, PrintsEveryFamilysFiguresAndWritesThePlots) {
     EXPECT_EQ(text.rfind("<svg", 0), 0u) << svg;
     EXPECT_TRUE(contains(text, "</svg>")) << svg;
     EXPECT_TRUE(contains(text, "<polyline")) << svg;
+  }
+  // LSF plots: the title names what the legend names, and the unquantised
+  // tracks are drawn in another style than the quantised ones.
+  for (const char* svg : {"lsp_g729.svg", "lsp_gsmamr_12k2.svg"}) {
+    const std::string text = slurp(dir / "plots" / svg);
+    EXPECT_TRUE(contains(text, "LSF tracks: unquantised (wide, light) and quantised (thin, dark)")) << svg;
+    EXPECT_TRUE(contains(text, ">LSF 10<")) << svg;
+    EXPECT_FALSE(contains(text, "LSP")) << svg;
+    EXPECT_TRUE(contains(text, "stroke-width=\"5\" stroke-opacity=\"0.3\"")) << svg;
+    EXPECT_TRUE(contains(text, "stroke-width=\"1.3\" points")) << svg;
   }
 }
 
@@ -60,7 +71,8 @@ TEST(ToolLpc, CsvAndJsonHaveOneRecordPerFrame) {
   const Case cases[] = {{{}, 200, 4},
                         {{"--codec", "amr"}, 100, 5},
                         {{"--codec", "amr", "--mode", "4.75"}, 100, 3},
-                        {{"--codec", "amr", "--mode", "10.2"}, 100, 3}};
+                        {{"--codec", "amr", "--mode", "10.2"}, 100, 3},
+                        {{"--codec=amr", "--mode=5.9"}, 100, 3}};
   for (const Case& c : cases) {
     std::vector<std::string> args = {"lpc", (dir / "speech.wav").string()};
     args.insert(args.end(), c.options.begin(), c.options.end());
@@ -170,6 +182,9 @@ TEST(ToolErrors, ClearMessagesAndExitStatuses) {
   tooltest::write_bytes(dir / "stereo.wav", tooltest::wav_bytes(1, 2, 8000, 16, 400, 400));
   tooltest::write_bytes(dir / "short.wav", tooltest::wav_bytes(1, 1, 8000, 16, 4000, 100));
   const std::string wide = (dir / "wide.wav").string(), ok = (dir / "ok.wav").string();
+  fs::create_hard_link(dir / "ok.wav", dir / "hard.wav");
+  fs::create_symlink(dir / "ok.wav", dir / "soft.wav");
+  const std::string okBefore = slurp(dir / "ok.wav");
   struct Case {
     std::vector<std::string> args;
     int status;
@@ -193,6 +208,16 @@ TEST(ToolErrors, ClearMessagesAndExitStatuses) {
       {{"aec", ok, ok, "-o", (dir / "no-such-dir" / "o.wav").string()}, 1, "cannot create"},
       {{"demo", "input.wav"}, 2, "demo takes no input"},
       {{"frobnicate"}, 2, "unknown command frobnicate"},
+      {{"lpc", dir.string()}, 1, "is a directory"},
+      {{"tone", dir.string()}, 1, "is a directory"},
+      {{"lpc", ok, "-o", ok}, 1, "names the input"},
+      {{"lpc", ok, "--format=json", "-o", (dir / "hard.wav").string()}, 1, "names the input"},
+      {{"lpc", ok, "-o", (dir / "soft.wav").string()}, 1, "names the input"},
+      {{"aec", ok, wide, "-o", (dir / "soft.wav").string()}, 1, "names the input"},
+      {{"lpc", ok, "-o", "/dev/full"}, 1, "/dev/full: write error"},
+      {{"aec", ok, ok, "-o", "/dev/full"}, 1, "/dev/full: write error"},
+      {{"lpc", ok, "--codec"}, 2, "option --codec needs a value"},
+      {{"info", "--level=3"}, 2, "unknown option --level"},
   };
   for (const Case& c : cases) {
     const tooltest::Result r = run(c.args);
@@ -201,6 +226,41 @@ TEST(ToolErrors, ClearMessagesAndExitStatuses) {
     EXPECT_EQ(r.status, c.status) << line;
     EXPECT_TRUE(contains(r.err, c.message)) << line << "\n" << r.err;
     if (c.status == 2) EXPECT_TRUE(contains(r.err, "usage: vsps")) << line;
+  }
+  EXPECT_EQ(slurp(dir / "ok.wav"), okBefore) << "an input named as the output is left as it was";
+}
+
+TEST(ToolErrors, WriteErrorsOnTheStandardOutputFail) {
+  const fs::path dir = tooltest::scratch_dir("stdout_full");
+  tooltest::write_wav_file(dir / "ok.wav", 8000, vsps::signals::speech_like(0.5, 8000, 1));
+  for (const std::vector<std::string>& args :
+       {std::vector<std::string>{"lpc", (dir / "ok.wav").string()},
+        std::vector<std::string>{"tone", (dir / "ok.wav").string()}, std::vector<std::string>{"--help"}}) {
+    const tooltest::Result r = run(args, "/dev/full");
+    EXPECT_EQ(r.status, 1) << args[0];
+    EXPECT_TRUE(contains(r.err, "vsps: standard output: write error")) << args[0] << ": " << r.err;
+  }
+}
+
+TEST(ToolHelp, EveryCommandDescribesItsOptions) {
+  struct Case {
+    std::vector<std::string> args;
+    std::vector<const char*> parts;
+  };
+  const Case cases[] = {
+      {{"--help"}, {"usage: vsps", "demo", "lpc", "aec", "tone", "info", "--version"}},
+      {{"demo", "--help"}, {"usage: vsps demo", "-o DIR"}},
+      {{"lpc", "-h"}, {"usage: vsps lpc FILE.wav", "--codec g729|amr", "--mode KBPS", "--format csv|json", "-o OUT"}},
+      {{"help", "aec"}, {"usage: vsps aec FAR.wav NEAR.wav -o OUT.wav", "--tail MS"}},
+      {{"tone", "--help"}, {"usage: vsps tone FILE.wav"}},
+      {{"info", "--help"}, {"usage: vsps info"}},
+      {{"--version"}, {"vsps 9.", "library "}},
+  };
+  for (const Case& c : cases) {
+    const tooltest::Result r = run(c.args);
+    EXPECT_EQ(r.status, 0) << c.args[0];
+    for (const char* part : c.parts)
+      EXPECT_TRUE(contains(r.out, part)) << c.args[0] << " lacks " << part << "\n" << r.out;
   }
 }
 

@@ -23,8 +23,11 @@ TEST(WavReader, RefusesWhatItCannotRead) {
   noData.resize(36);  // format chunk, then nothing
   const BadFile cases[] = {
       {"not_riff", notRiff, "not a WAV file"},
-      {"float", wav_bytes(3, 1, 8000, 32, 16, 16), "not linear PCM"},
-      {"alaw", wav_bytes(6, 1, 8000, 8, 16, 16), "not linear PCM"},
+      {"float", wav_bytes(3, 1, 8000, 32, 16, 16), "IEEE float (format tag 0x0003) samples, not linear PCM"},
+      {"alaw", wav_bytes(6, 1, 8000, 8, 16, 16), "A-law"},
+      {"mulaw", wav_bytes(7, 1, 8000, 8, 16, 16), "mu-law"},
+      {"g726", wav_bytes(0x64, 1, 8000, 4, 16, 16), "G.726 ADPCM"},
+      {"unknown_tag", wav_bytes(0x1234, 1, 8000, 16, 16, 16), "format tag 0x1234"},
       {"eight_bit", wav_bytes(1, 1, 8000, 8, 16, 16), "8-bit samples"},
       {"stereo", wav_bytes(1, 2, 8000, 16, 16, 16), "2 channels; mono required"},
       {"truncated_data", wav_bytes(1, 1, 8000, 16, 1000, 500), "truncated: the header announces 1000 bytes"},
@@ -56,6 +59,16 @@ TEST(WavReader, ReadsWhatItWrote) {
   int rate = 0;
   EXPECT_EQ(tooltest::read_wav_file(dir / "a.wav", &rate), samples);
   EXPECT_EQ(rate, 16000);
+}
+
+TEST(WavReader, StreamingDataLengthReadsToTheEndOfTheFile) {
+  // 0xFFFFFFFF: a writer that could not seek back; 7 bytes follow (3 samples
+  // and a stray byte).
+  const auto dir = tooltest::scratch_dir("wav_stream");
+  tooltest::write_bytes(dir / "s.wav", wav_bytes(1, 1, 8000, 16, 0xFFFFFFFF, 7));
+  int rate = 0;
+  EXPECT_EQ(tooltest::read_wav_file(dir / "s.wav", &rate).size(), 3u);
+  EXPECT_EQ(rate, 8000);
 }
 
 TEST(WavReader, SkipsOtherChunksAndReadsExtensibleHeaders) {

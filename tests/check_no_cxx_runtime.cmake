@@ -1,0 +1,23 @@
+# Fails when the static library ARCHIVE refers to a symbol of the C++ runtime
+# (operator new/delete, __cxa_*, __gxx_*, std::) that it does not define
+# itself: a C program links it with the C compiler alone.
+cmake_minimum_required(VERSION 3.20)
+find_program(NM nm REQUIRED)
+execute_process(COMMAND ${NM} -A ${ARCHIVE} OUTPUT_VARIABLE out RESULT_VARIABLE rc)
+if(NOT rc EQUAL 0)
+  message(FATAL_ERROR "nm ${ARCHIVE} failed")
+endif()
+string(REGEX MATCHALL " [TDBRVWu] [^\n]+" defined "${out}")
+string(REGEX MATCHALL " U [^\n]+" undefined "${out}")
+list(TRANSFORM defined REPLACE "^ . " "")
+list(TRANSFORM undefined REPLACE "^ U " "")
+list(REMOVE_DUPLICATES undefined)
+set(bad "")
+foreach(sym IN LISTS undefined)
+  if(sym MATCHES "^(_Z|__cxa_|__gxx_|__dynamic_cast)" AND NOT sym IN_LIST defined)
+    string(APPEND bad "\n  ${sym}")
+  endif()
+endforeach()
+if(bad)
+  message(FATAL_ERROR "${ARCHIVE} needs the C++ runtime for:${bad}")
+endif()
