@@ -135,9 +135,10 @@ typedef struct VspLibraryVersion {
   const char* BuildDate; /**< build date: "Oct 15 2015" */
 } VspLibraryVersion;
 
-/* ---- Rate selector of the GSM-AMR primitives ------------------------------ */
-/** The GSM-AMR rate (the `mode` argument of the GSM-AMR functions); any other
- * value gives vspStsRangeErr. */
+/* ---- Rate selector of the GSM-AMR and G.726 primitives -------------------- */
+/** One enumeration of bit rates, sorted by rate: the `mode` argument of the
+ * GSM-AMR functions and the `rate` argument of the G.726 functions. Each
+ * function accepts its own subset; any other value gives vspStsRangeErr. */
 typedef enum VspSpeechBitRate {
   vspRate4750 = 0,   /**< 4.75 kbit/s */
   vspRate5150 = 1,   /**< 5.15 kbit/s */
@@ -147,8 +148,28 @@ typedef enum VspSpeechBitRate {
   vspRate7950 = 8,   /**< 7.95 kbit/s */
   vspRate10200 = 11, /**< 10.2 kbit/s */
   vspRate12200 = 12, /**< 12.2 kbit/s */
+  vspRate16000 = 17, /**< 16 kbit/s (G.726, 2-bit code words) */
+  vspRate24000 = 22, /**< 24 kbit/s (G.726, 3-bit code words) */
+  vspRate32000 = 23, /**< 32 kbit/s (G.726, 4-bit code words) */
+  vspRate40000 = 24, /**< 40 kbit/s (G.726, 5-bit code words) */
   vspRateDTX = 25    /**< comfort-noise (SID) frames */
 } VspSpeechBitRate;
+
+/* ---- Waveform-codec selectors ------------------------------------------- */
+/** The PCM law on the outside of a waveform codec (the `law` argument of
+ * legacy90vspsDecodeInit_G726_8u16s); any other value gives vspStsRangeErr. */
+typedef enum VspPcmLaw {
+  vspPcmLinear = 0, /**< 16-bit uniform PCM (G.726 Annex A: 14 bits used) */
+  vspPcmALaw = 1,   /**< G.711 A-law code words as transmitted */
+  vspPcmMuLaw = 2   /**< G.711 mu-law code words as transmitted */
+} VspPcmLaw;
+
+/** The order of G.726 code words in octets (the `order` argument of
+ * legacy90vspsPack_G726_8u and legacy90vspsUnpack_G726_8u). */
+typedef enum VspCodePacking {
+  vspPackRtp = 0, /**< RFC 3551: first code word in the least significant bits */
+  vspPackAal2 = 1 /**< ITU-T I.366.2: first code word in the most significant bits */
+} VspCodePacking;
 
 /* ---- State blocks -------------------------------------------------------- */
 /* Opaque: the caller allocates the number of bytes the tool's GetSize /
@@ -166,6 +187,13 @@ typedef struct VspsToneDetectState_16s VspsToneDetectState_16s;
 /** State of a float 2100 Hz tone detector (80 bytes); formatted by
  * legacy90vspsToneDetectInit_EC_32f. */
 typedef struct VspsToneDetectState_32f VspsToneDetectState_32f;
+/** State of a G.726 ADPCM encoder (rate and 24 reference fields, 104
+ * bytes); formatted by legacy90vspsEncodeInit_G726_16s8u, movable. */
+typedef struct VspsEncoderState_G726_16s VspsEncoderState_G726_16s;
+/** State of a G.726 ADPCM decoder (rate, output law and 24 reference
+ * fields, 104 bytes); formatted by legacy90vspsDecodeInit_G726_8u16s,
+ * movable. */
+typedef struct VspsDecoderState_G726_16s VspsDecoderState_G726_16s;
 /** State of a G.722 encoder (QMF delay line and both sub-band ADPCM
  * states); formatted by legacy90vspsEncodeInit_G722_16s8u. */
 typedef struct VspsEncoderState_G722_16s VspsEncoderState_G722_16s;

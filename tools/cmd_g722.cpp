@@ -34,7 +34,7 @@ int encode(const std::string& in, const std::string& out, FILE* err) {
     auto mem = object_memory<VspscodecG722Encoder>(vspscodecG722EncoderGetSize);
     auto* enc = reinterpret_cast<VspscodecG722Encoder*>(mem.data());
     VspStatus st = vspscodecG722EncoderInit(enc);
-    if (st == vspStsNoErr) st = vspscodecG722Encode(enc, pcm.data(), static_cast<int>(pcm.size()), coded.data());
+    if (st == vspStsNoErr) st = vspscodecG722EncoderEncode(enc, pcm.data(), static_cast<int>(pcm.size()), coded.data());
     if (st != vspStsNoErr) {
       std::fprintf(err, "vsps: library error %d\n", st);
       return 1;
@@ -51,7 +51,8 @@ int decode(const std::string& in, const std::string& out, int mode, FILE* err) {
     auto mem = object_memory<VspscodecG722Decoder>(vspscodecG722DecoderGetSize);
     auto* dec = reinterpret_cast<VspscodecG722Decoder*>(mem.data());
     VspStatus st = vspscodecG722DecoderInit(dec, mode);
-    if (st == vspStsNoErr) st = vspscodecG722Decode(dec, coded.data(), static_cast<int>(coded.size()), pcm.data());
+    if (st == vspStsNoErr)
+      st = vspscodecG722DecoderDecode(dec, coded.data(), static_cast<int>(coded.size()), pcm.data());
     if (st != vspStsNoErr) {
       std::fprintf(err, "vsps: library error %d\n", st);
       return 1;

@@ -39,7 +39,7 @@ int encode(const std::string& in, const std::string& outPath, Coded fmt, FILE* e
   std::vector<uint8_t> coded(frames * frameBytes);
   for (std::size_t f = 0; f < frames; ++f) {
     Vsp16s params[vspscodecGsmfrParams];
-    VspStatus st = vspscodecGsmfrEncode(enc, pcm.data() + f * vspscodecGsmfrFrame, params);
+    VspStatus st = vspscodecGsmfrEncoderEncode(enc, pcm.data() + f * vspscodecGsmfrFrame, params);
     if (st == vspStsNoErr)
       st = fmt == Coded::Gsm ? vspscodecGsmfrPack(params, coded.data() + f * frameBytes)
                              : vspscodecGsmfrToCod(params, coded.data() + f * frameBytes);
@@ -83,7 +83,7 @@ int decode(const std::string& in, Coded fmt, const std::string& outPath, FILE* e
       std::fprintf(err, "vsps: %s: frame %zu: a parameter word lies outside its field\n", in.c_str(), f);
       return 1;
     }
-    const VspStatus st = vspscodecGsmfrDecode(dec, params, pcm.data() + f * vspscodecGsmfrFrame);
+    const VspStatus st = vspscodecGsmfrDecoderDecode(dec, params, pcm.data() + f * vspscodecGsmfrFrame);
     if (st != vspStsNoErr) {
       std::fprintf(err, "vsps: library error %d in frame %zu\n", st, f);
       return 1;

@@ -71,13 +71,13 @@ VspStatus vspscodecG722EncoderInit(VspscodecG722Encoder* enc) {
   return legacy90vspsEncodeInit_G722_16s8u(reinterpret_cast<VspsEncoderState_G722_16s*>(state_of(enc)));
 }
 
-VspStatus vspscodecG722Encode(VspscodecG722Encoder* enc, const Vsp16s* pcm, int n, Vsp8u* octets) {
+VspStatus vspscodecG722EncoderEncode(VspscodecG722Encoder* enc, const Vsp16s* pcm, int n, Vsp8u* octets) {
   if (enc == nullptr) return vspStsNullPtrErr;
   return legacy90vspsEncode_G722_16s8u(pcm, octets, n, reinterpret_cast<VspsEncoderState_G722_16s*>(state_of(enc)));
 }
 
-VspStatus vspscodecG722EncodeBands(VspscodecG722Encoder* enc, const Vsp16s* xl, const Vsp16s* xh, int n,
-                                   Vsp8u* octets) {
+VspStatus vspscodecG722EncoderEncodeBands(VspscodecG722Encoder* enc, const Vsp16s* xl, const Vsp16s* xh, int n,
+                                          Vsp8u* octets) {
   if (enc == nullptr || xl == nullptr || xh == nullptr || octets == nullptr) return vspStsNullPtrErr;
   if (n < 1) return vspStsSizeErr;
   return with_bands(enc, [&](Vsp16s* low, Vsp16s* high) -> VspStatus {
@@ -109,13 +109,14 @@ VspStatus vspscodecG722DecoderInit(VspscodecG722Decoder* dec, int mode) {
   return legacy90vspsDecodeInit_G722_8u16s(reinterpret_cast<VspsDecoderState_G722_16s*>(state_of(dec)));
 }
 
-VspStatus vspscodecG722Decode(VspscodecG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* pcm) {
+VspStatus vspscodecG722DecoderDecode(VspscodecG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* pcm) {
   if (dec == nullptr) return vspStsNullPtrErr;
   return legacy90vspsDecode_G722_8u16s(octets, pcm, n, reinterpret_cast<VspsDecoderState_G722_16s*>(state_of(dec)),
                                        mode_of(dec));
 }
 
-VspStatus vspscodecG722DecodeBands(VspscodecG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* rl, Vsp16s* rh) {
+VspStatus vspscodecG722DecoderDecodeBands(VspscodecG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* rl,
+                                          Vsp16s* rh) {
   if (dec == nullptr || octets == nullptr || rl == nullptr || rh == nullptr) return vspStsNullPtrErr;
   if (n < 1) return vspStsSizeErr;
   const int mode = mode_of(dec);

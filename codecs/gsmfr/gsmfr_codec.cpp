@@ -50,7 +50,7 @@ VspStatus vspscodecGsmfrEncoderInit(VspscodecGsmfrEncoder* enc) {
   return vspStsNoErr;
 }
 
-VspStatus vspscodecGsmfrEncode(VspscodecGsmfrEncoder* enc, const Vsp16s* pcm, Vsp16s* params) {
+VspStatus vspscodecGsmfrEncoderEncode(VspscodecGsmfrEncoder* enc, const Vsp16s* pcm, Vsp16s* params) {
   if (enc == nullptr || pcm == nullptr || params == nullptr) return vspStsNullPtrErr;
   Encoder s;  // objects take any alignment: the state is worked on in a copy
   std::memcpy(&s, static_cast<const void*>(enc), sizeof s);
@@ -88,7 +88,7 @@ VspStatus vspscodecGsmfrDecoderInit(VspscodecGsmfrDecoder* dec) {
   return vspStsNoErr;
 }
 
-VspStatus vspscodecGsmfrDecode(VspscodecGsmfrDecoder* dec, const Vsp16s* params, Vsp16s* pcm) {
+VspStatus vspscodecGsmfrDecoderDecode(VspscodecGsmfrDecoder* dec, const Vsp16s* params, Vsp16s* pcm) {
   if (dec == nullptr || params == nullptr || pcm == nullptr) return vspStsNullPtrErr;
   VSPSCODEC_TRY(vspscodecGsmfrCheckParams(params));
   Decoder s;  // work on a copy: the object changes only when the frame succeeds

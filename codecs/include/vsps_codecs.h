@@ -47,6 +47,65 @@ extern "C" {
  * null. */
 VSPS_CODECS_API const char* vspscodecGetVersion(void);
 
+/* ---- G.711 --------------------------------------------------------------- */
+/* Compresses n 16-bit linear samples into n G.711 code words (law
+ * vspPcmALaw or vspPcmMuLaw, words as transmitted). Checks: pcm, codes null
+ * vspStsNullPtrErr; n < 1 vspStsSizeErr; another law vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG711Encode(int law, const Vsp16s* pcm, int n, Vsp8u* codes);
+/* Expands n G.711 code words into n 16-bit linear samples; checks as
+ * vspscodecG711Encode. */
+VSPS_CODECS_API VspStatus vspscodecG711Decode(int law, const Vsp8u* codes, int n, Vsp16s* pcm);
+
+/* ---- G.726 --------------------------------------------------------------- */
+/* How G.726 code words are carried in bytes. */
+typedef enum VspscodecG726Format {
+  vspscodecG726Unpacked = 0, /* one code word per byte, in the low bits */
+  vspscodecG726Rtp = 1,      /* packed, RFC 3551 order (first word in the low bits) */
+  vspscodecG726Aal2 = 2      /* packed, ITU-T I.366.2 order (first word in the high bits) */
+} VspscodecG726Format;
+
+typedef struct VspscodecG726Encoder VspscodecG726Encoder; /* opaque encoder object */
+typedef struct VspscodecG726Decoder VspscodecG726Decoder; /* opaque decoder object */
+
+/* Bytes of an encoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderGetSize(int* size);
+/* Formats an encoder: kbps 16, 24, 32 or 40; law of the input (vspPcmLinear:
+ * 16-bit samples, G.726 Annex A; vspPcmALaw / vspPcmMuLaw: G.711 code words,
+ * expanded with G.711 before the ADPCM, which is the G.726 log-PCM input);
+ * the output format. Also the reset. Checks: enc null vspStsNullPtrErr;
+ * kbps, law or format outside their sets vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderInit(VspscodecG726Encoder* enc, int kbps, int law, int format);
+/* Changes the rate (16, 24, 32, 40) for the following blocks and keeps the
+ * codec state. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderSetRate(VspscodecG726Encoder* enc, int kbps);
+/* Bytes that n samples encode to in the encoder's format (n unpacked,
+ * (n*bits + 7)/8 packed), written to *bytes. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderOutputBytes(const VspscodecG726Encoder* enc, int n, int* bytes);
+/* Encodes n samples (const Vsp16s* for the linear law, const Vsp8u* code
+ * words for A-law and mu-law) into vspscodecG726EncoderOutputBytes bytes. In
+ * a packed format a block whose code words do not fill whole octets ends
+ * with zero padding: give blocks of a multiple of 8 samples except the
+ * last. Checks: enc, samples, out null vspStsNullPtrErr; n < 1
+ * vspStsSizeErr. */
+VSPS_CODECS_API VspStatus vspscodecG726EncoderEncode(VspscodecG726Encoder* enc, const void* samples, int n, Vsp8u* out);
+
+/* Bytes of a decoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderGetSize(int* size);
+/* Formats a decoder: kbps 16, 24, 32 or 40; output law (vspPcmLinear: 16-bit
+ * samples, Annex A limiting; vspPcmALaw / vspPcmMuLaw: G.711 code words after
+ * the synchronous coding adjustment); the input format. Also the reset.
+ * Checks as vspscodecG726EncoderInit. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderInit(VspscodecG726Decoder* dec, int kbps, int law, int format);
+/* Changes the rate for the following blocks and keeps the codec state. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderSetRate(VspscodecG726Decoder* dec, int kbps);
+/* Bytes that hold n code words in the decoder's format, written to *bytes. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderInputBytes(const VspscodecG726Decoder* dec, int n, int* bytes);
+/* Decodes n code words from vspscodecG726DecoderInputBytes bytes into n
+ * output samples (Vsp16s* for the linear law, Vsp8u* code words for A-law
+ * and mu-law). Checks: dec, in, samples null vspStsNullPtrErr; n < 1
+ * vspStsSizeErr. */
+VSPS_CODECS_API VspStatus vspscodecG726DecoderDecode(VspscodecG726Decoder* dec, const Vsp8u* in, int n, void* samples);
+
 /* ---- G.722 --------------------------------------------------------------- */
 typedef struct VspscodecG722Encoder VspscodecG722Encoder; /* opaque encoder object */
 typedef struct VspscodecG722Decoder VspscodecG722Decoder; /* opaque decoder object */
@@ -58,7 +117,8 @@ VSPS_CODECS_API VspStatus vspscodecG722EncoderGetSize(int* size);
 VSPS_CODECS_API VspStatus vspscodecG722EncoderInit(VspscodecG722Encoder* enc);
 /* Encodes n samples at 16 kHz (n even) into n/2 octets (ih << 6 | il: the
  * 64 kbit/s stream). Statuses of legacy90vspsEncode_G722_16s8u. */
-VSPS_CODECS_API VspStatus vspscodecG722Encode(VspscodecG722Encoder* enc, const Vsp16s* pcm, int n, Vsp8u* octets);
+VSPS_CODECS_API VspStatus vspscodecG722EncoderEncode(VspscodecG722Encoder* enc, const Vsp16s* pcm, int n,
+                                                     Vsp8u* octets);
 
 /* Bytes of a decoder object (written to *size). */
 VSPS_CODECS_API VspStatus vspscodecG722DecoderGetSize(int* size);
@@ -68,18 +128,19 @@ VSPS_CODECS_API VspStatus vspscodecG722DecoderGetSize(int* size);
 VSPS_CODECS_API VspStatus vspscodecG722DecoderInit(VspscodecG722Decoder* dec, int mode);
 /* Decodes n octets into 2 n samples at 16 kHz. Statuses of
  * legacy90vspsDecode_G722_8u16s. */
-VSPS_CODECS_API VspStatus vspscodecG722Decode(VspscodecG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* pcm);
+VSPS_CODECS_API VspStatus vspscodecG722DecoderDecode(VspscodecG722Decoder* dec, const Vsp8u* octets, int n,
+                                                     Vsp16s* pcm);
 
 /* The configuration of the digital test sequences (QMF bypassed): n lower-
  * and higher-band samples into n octets, and n octets into n lower- and
  * higher-band samples (the decoder's mode applies). These keep their own
  * sub-band states in the object, reset by Init; use an object either this
- * way or with Encode/Decode. Errors: null: vspStsNullPtrErr; n < 1:
+ * way or with EncoderEncode/DecoderDecode. Errors: null: vspStsNullPtrErr; n < 1:
  * vspStsSizeErr; statuses of the sub-band steps. */
-VSPS_CODECS_API VspStatus vspscodecG722EncodeBands(VspscodecG722Encoder* enc, const Vsp16s* xl, const Vsp16s* xh, int n,
-                                                   Vsp8u* octets);
-VSPS_CODECS_API VspStatus vspscodecG722DecodeBands(VspscodecG722Decoder* dec, const Vsp8u* octets, int n, Vsp16s* rl,
-                                                   Vsp16s* rh);
+VSPS_CODECS_API VspStatus vspscodecG722EncoderEncodeBands(VspscodecG722Encoder* enc, const Vsp16s* xl, const Vsp16s* xh,
+                                                          int n, Vsp8u* octets);
+VSPS_CODECS_API VspStatus vspscodecG722DecoderDecodeBands(VspscodecG722Decoder* dec, const Vsp8u* octets, int n,
+                                                          Vsp16s* rl, Vsp16s* rh);
 
 /* ---- GSM 06.10 full rate ------------------------------------------------- */
 /* Samples per frame (20 ms at 8 kHz), parameters per frame, octets of the
@@ -101,7 +162,7 @@ VSPS_CODECS_API VspStatus vspscodecGsmfrEncoderInit(VspscodecGsmfrEncoder* enc);
 /* Encodes one frame of 160 samples (the standard keeps their top 13 bits)
  * into the 76 parameters: LARc[1..8], then per subframe Nc, bc, Mc, xmaxc,
  * xMc[0..12]. */
-VSPS_CODECS_API VspStatus vspscodecGsmfrEncode(VspscodecGsmfrEncoder* enc, const Vsp16s* pcm, Vsp16s* params);
+VSPS_CODECS_API VspStatus vspscodecGsmfrEncoderEncode(VspscodecGsmfrEncoder* enc, const Vsp16s* pcm, Vsp16s* params);
 
 /* Bytes of a decoder object (written to *size). */
 VSPS_CODECS_API VspStatus vspscodecGsmfrDecoderGetSize(int* size);
@@ -111,7 +172,7 @@ VSPS_CODECS_API VspStatus vspscodecGsmfrDecoderInit(VspscodecGsmfrDecoder* dec);
  * 8). A lag outside 40..120 is replaced by the last valid one. A parameter
  * outside its field (vspscodecGsmfrCheckParams) gives vspStsRangeErr with
  * the decoder state and the output unchanged. */
-VSPS_CODECS_API VspStatus vspscodecGsmfrDecode(VspscodecGsmfrDecoder* dec, const Vsp16s* params, Vsp16s* pcm);
+VSPS_CODECS_API VspStatus vspscodecGsmfrDecoderDecode(VspscodecGsmfrDecoder* dec, const Vsp16s* params, Vsp16s* pcm);
 
 /* vspStsNoErr when each of the 76 parameters fits its field (6,6,5,5,4,4,
  * 3,3 bits for LARc; 7, 2, 2, 6 and 13 x 3 bits per subframe), else

@@ -56,7 +56,7 @@ Words encode_sequence(const Words& in) {
     }
     const auto x = static_cast<Vsp16s>(static_cast<int16_t>(w) >> 1);
     Vsp8u octet = 0;
-    EXPECT_EQ(vspscodecG722EncodeBands(enc, &x, &x, 1, &octet), vspStsNoErr);
+    EXPECT_EQ(vspscodecG722EncoderEncodeBands(enc, &x, &x, 1, &octet), vspStsNoErr);
     out.push_back(static_cast<uint16_t>(octet << 8));
   }
   return out;
@@ -77,7 +77,7 @@ void decode_sequence(const Words& in, int mode, Words* low, Words* high) {
     }
     const auto octet = static_cast<Vsp8u>(w >> 8);
     Vsp16s rl = 0, rh = 0;
-    EXPECT_EQ(vspscodecG722DecodeBands(dec, &octet, 1, &rl, &rh), vspStsNoErr);
+    EXPECT_EQ(vspscodecG722DecoderDecodeBands(dec, &octet, 1, &rl, &rh), vspStsNoErr);
     low->push_back(static_cast<uint16_t>(rl * 2));
     high->push_back(static_cast<uint16_t>(rh * 2));
   }

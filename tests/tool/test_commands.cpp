@@ -182,15 +182,13 @@ TEST(ToolErrors, ClearMessagesAndExitStatuses) {
   tooltest::write_bytes(dir / "stereo.wav", tooltest::wav_bytes(1, 2, 8000, 16, 400, 400));
   tooltest::write_bytes(dir / "short.wav", tooltest::wav_bytes(1, 1, 8000, 16, 4000, 100));
   const std::string wide = (dir / "wide.wav").string(), ok = (dir / "ok.wav").string();
-  fs::create_hard_link(dir / "ok.wav", dir / "hard.wav");
-  fs::create_symlink(dir / "ok.wav", dir / "soft.wav");
   const std::string okBefore = slurp(dir / "ok.wav");
   struct Case {
     std::vector<std::string> args;
     int status;
     const char* message;
   };
-  const Case cases[] = {
+  std::vector<Case> cases = {
       {{"lpc", wide}, 1, "sampling rate 16000 Hz; the G.729 and GSM-AMR front ends need 8000 Hz"},
       {{"lpc", (dir / "stereo.wav").string()}, 1, "2 channels; mono required"},
       {{"lpc", (dir / "short.wav").string()}, 1, "truncated"},
@@ -211,14 +209,20 @@ TEST(ToolErrors, ClearMessagesAndExitStatuses) {
       {{"lpc", dir.string()}, 1, "is a directory"},
       {{"tone", dir.string()}, 1, "is a directory"},
       {{"lpc", ok, "-o", ok}, 1, "names the input"},
-      {{"lpc", ok, "--format=json", "-o", (dir / "hard.wav").string()}, 1, "names the input"},
-      {{"lpc", ok, "-o", (dir / "soft.wav").string()}, 1, "names the input"},
-      {{"aec", ok, wide, "-o", (dir / "soft.wav").string()}, 1, "names the input"},
-      {{"lpc", ok, "-o", "/dev/full"}, 1, "/dev/full: write error"},
-      {{"aec", ok, ok, "-o", "/dev/full"}, 1, "/dev/full: write error"},
       {{"lpc", ok, "--codec"}, 2, "option --codec needs a value"},
       {{"info", "--level=3"}, 2, "unknown option --level"},
   };
+#ifndef _WIN32  // links and /dev/full (the Windows build runs these tests under Wine)
+  fs::create_hard_link(dir / "ok.wav", dir / "hard.wav");
+  fs::create_symlink(dir / "ok.wav", dir / "soft.wav");
+  cases.insert(cases.end(), {
+                                {{"lpc", ok, "--format=json", "-o", (dir / "hard.wav").string()}, 1, "names the input"},
+                                {{"lpc", ok, "-o", (dir / "soft.wav").string()}, 1, "names the input"},
+                                {{"aec", ok, wide, "-o", (dir / "soft.wav").string()}, 1, "names the input"},
+                                {{"lpc", ok, "-o", "/dev/full"}, 1, "/dev/full: write error"},
+                                {{"aec", ok, ok, "-o", "/dev/full"}, 1, "/dev/full: write error"},
+                            });
+#endif
   for (const Case& c : cases) {
     const tooltest::Result r = run(c.args);
     std::string line;
@@ -230,6 +234,7 @@ TEST(ToolErrors, ClearMessagesAndExitStatuses) {
   EXPECT_EQ(slurp(dir / "ok.wav"), okBefore) << "an input named as the output is left as it was";
 }
 
+#ifndef _WIN32
 TEST(ToolErrors, WriteErrorsOnTheStandardOutputFail) {
   const fs::path dir = tooltest::scratch_dir("stdout_full");
   tooltest::write_wav_file(dir / "ok.wav", 8000, vsps::signals::speech_like(0.5, 8000, 1));
@@ -241,6 +246,7 @@ TEST(ToolErrors, WriteErrorsOnTheStandardOutputFail) {
     EXPECT_TRUE(contains(r.err, "vsps: standard output: write error")) << args[0] << ": " << r.err;
   }
 }
+#endif
 
 TEST(ToolHelp, EveryCommandDescribesItsOptions) {
   struct Case {
