@@ -40,13 +40,7 @@ VT_CONTRACT(legacy90vspsInvSqrt_32s_I) {
   c.valid = [=] { return vt::Call(name).inout("pSrcDst", 97).scalar("len", 97); };
   c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr),
               vt::bad("len", INT32_MIN, vspStsSizeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    const int64_t len = vt::fz::pick(in, "len", -2, 5000);
-    const auto n = vt::fz::count(len >= 1, len, 4);
-    call.inout("pSrcDst", n).scalar("len", len);
-    vt::fz::fill_inputs(call, in);
-    return vt::fz::Expect().fail_if(vt::fz::nulls(call, in), vspStsNullPtrErr).fail_if(len < 1, vspStsSizeErr).to(in);
-  };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return vt::fz::len_hook(call, in, {}, {}, {"pSrcDst"}); };
   return c;
 }
 

@@ -5,7 +5,6 @@
 #include <random>
 
 #include "core/basic_ops.h"
-#include "core/dpf.h"
 #include "core/internal_access.h"
 #include "tests/support/golden.h"
 #include "tests/support/levels.h"
@@ -13,7 +12,6 @@
 namespace {
 
 namespace bop = vsps::VSPS_NS::bop;
-namespace dpf = vsps::VSPS_NS::dpf;
 
 TEST(Kernel, GoldenInternalOperationsAtEveryLevel) {
   const vt::GoldenFile f = vt::read_golden(vt::test_data_dir() + "/golden/core/internal-kernel.txt");
@@ -39,27 +37,6 @@ TEST(Kernel, GoldenInternalOperationsAtEveryLevel) {
   }
   EXPECT_GT(normalise, 50);
   EXPECT_GT(energy, 50);
-}
-
-TEST(Kernel, NormaliseMatchesNormLOverTheWholeRange) {
-  std::mt19937 rng(7);
-  for (int level : vt::supported_levels()) {
-    const auto& ops = vsps::kernel_ops(level);
-    for (int shift = 0; shift < 31; ++shift)
-      for (int k = 0; k < 200; ++k) {
-        const int32_t x = static_cast<int32_t>((rng() & 0x7FFFFFFFu) >> shift) | 1 << (30 - shift);
-        ASSERT_EQ(ops.normalise32(x), bop::norm_l(x)) << x << " at " << vt::level_name(level);
-      }
-  }
-}
-
-TEST(Kernel, EnergyOfFullScaleSubframe) {
-  const std::vector<Vsp16s> src(40, -32768);
-  for (int level : vt::supported_levels()) {
-    EXPECT_EQ(vsps::kernel_ops(level).energy64(src.data(), 40), 42949672960LL) << vt::level_name(level);
-    EXPECT_EQ(vsps::kernel_ops(level).energy64(src.data(), 0), 0);
-    EXPECT_EQ(vsps::kernel_ops(level).energy64(src.data(), -5), 0);
-  }
 }
 
 TEST(Kernel, EnergyAgreesAcrossLevelsOnEveryLength) {
@@ -136,22 +113,6 @@ TEST(Kernel, BasicOperatorCorners) {
   EXPECT_EQ(bop::negate(-32768), 32767);
 }
 
-TEST(Kernel, DivSMatchesRestoringDivision) {
-  std::mt19937 rng(3);
-  for (int k = 0; k < 20000; ++k) {
-    const auto den = static_cast<int16_t>(1 + rng() % 32767);
-    const auto num = static_cast<int16_t>(rng() % (den + 1));
-    int32_t q = 0, r = num;
-    for (int i = 0; i < 15; ++i) {
-      q <<= 1;
-      r <<= 1;
-      if (r >= den) r -= den, q += 1;
-    }
-    const int16_t want = num == den ? 32767 : static_cast<int16_t>(q);
-    ASSERT_EQ(bop::div_s(num, den), want) << num << "/" << den;
-  }
-}
-
 TEST(Kernel, OverflowFlagFollowsTheOperatorSet) {
   bool ovf = false;
   bop::add_ovf(32767, 1, ovf);
@@ -162,21 +123,6 @@ TEST(Kernel, OverflowFlagFollowsTheOperatorSet) {
   EXPECT_TRUE(ovf);
   bop::L_add_ovf(1, 1, ovf);  // 32-bit operators never clear it
   EXPECT_TRUE(ovf);
-}
-
-TEST(Kernel, DoublePrecisionHelpers) {
-  const dpf::Dpf d = dpf::L_Extract(0x12345679);
-  EXPECT_EQ(d.hi, 0x1234);
-  EXPECT_EQ(d.lo, 0x5679 >> 1);
-  EXPECT_EQ(dpf::L_Comp(d), 0x12345678);
-  const dpf::Dpf m = dpf::L_Extract(-0x12345678);
-  EXPECT_EQ(dpf::L_Comp(m), -0x12345678);
-  // 0.5 x 0.5 = 0.25 in Q31
-  EXPECT_EQ(dpf::Mpy_32(dpf::L_Extract(0x40000000), dpf::L_Extract(0x40000000)), 0x20000000);
-  EXPECT_EQ(dpf::Mpy_32_16(dpf::L_Extract(0x40000000), 16384), 0x20000000);
-  // 0.25 / 0.5 = 0.5 in Q31, to about 24 bits
-  const int32_t q = dpf::Div_32(0x20000000, 0x4000, 0);
-  EXPECT_NEAR(q, 0x40000000, 1 << 8);
 }
 
 }  // namespace

@@ -61,7 +61,8 @@ struct SubbandHook {
   bool first = false;
   int sfLo = 1, sfHi = 0;
   bool projection = false;
-  std::vector<std::pair<const char*, int>> frameArrays = {};  // name, frames (0: numSegments, -1: +P-1, -2: P)
+  // name, frames (0: numSegments, -1: numSegments + P - 1, -2: P)
+  std::vector<std::pair<const char*, int>> frameArrays = {{"inputFrames", 0}, {"coeffFrames", 0}};
   std::vector<std::tuple<const char*, vt::Role, int>> perSubband = {};
   std::function<bool(vt::Call&)> negative = nullptr;
 };
@@ -126,51 +127,51 @@ vt::Check first_above() {
       [](vt::Call& c) { c.scalar("firstSubband", c.scalar_value("numSubbands") + 1); }, vspStsRangeErr);
 }
 
+// The economical forms: firstSubband's range before the sub-band count.
+std::vector<vt::Check> low_checks() {
+  return {vt::bad("numSegments", 0, vspStsRangeErr),     vt::bad("numSegments", 256, vspStsRangeErr),
+          vt::bad("firstSubband", -1, vspStsRangeErr),   first_above(),
+          vt::bad("numSubbands", 4098, vspStsFIRLenErr), vt::bad("scaleFactor", -1, vspStsRangeErr),
+          vt::bad("scaleFactor", 32, vspStsRangeErr)};
+}
+
 std::vector<vt::Check> count_checks() {
   return {vt::bad("numSubbands", 0, vspStsFIRLenErr), vt::bad("numSubbands", 4098, vspStsFIRLenErr),
           vt::bad("numSegments", 0, vspStsRangeErr), vt::bad("numSegments", 256, vspStsRangeErr)};
 }
 
+// The full-band filters: one contract shape, the adapting ones with their
+// own random steps (float: small positive; Q15: full range, so that the
+// 32-bit wrap is exercised, or small).
+vt::Contract full_band_contract(const char* name, bool withStep) {
+  vt::Contract c;
+  c.valid = [=] { return full_band(name, withStep ? 1 : 0, withStep); };
+  c.checks = length_checks();
+  c.fuzz = [=](vt::Call& call, vt::FuzzInput& in) { return fuzz_full_band(call, in, withStep); };
+  return c;
+}
+
 }  // namespace
 
-VT_CONTRACT(legacy90vspsFIR_EC_32f) {
-  vt::Contract c;
-  c.valid = [=] { return full_band(name, 0, false); };
-  c.checks = length_checks();
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_full_band(call, in, false); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsFIR_EC_16s) {
-  vt::Contract c;
-  c.valid = [=] { return full_band(name, 0, false); };
-  c.checks = length_checks();
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_full_band(call, in, false); };
-  return c;
-}
+VT_CONTRACT(legacy90vspsFIR_EC_32f) { return full_band_contract(name, false); }
+VT_CONTRACT(legacy90vspsFIR_EC_16s) { return full_band_contract(name, false); }
 
 VT_CONTRACT(legacy90vspsNLMS_EC_32f) {
-  vt::Contract c;
-  c.valid = [=] { return full_band(name, 1, true); };
-  c.checks = length_checks();
+  vt::Contract c = full_band_contract(name, true);
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);
     positive_steps(call, rng, 0.05f);
   };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_full_band(call, in, true); };
   return c;
 }
 
 VT_CONTRACT(legacy90vspsNLMS_EC_16s) {
-  vt::Contract c;
-  c.valid = [=] { return full_band(name, 1, true); };
-  c.checks = length_checks();
+  vt::Contract c = full_band_contract(name, true);
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    call.randomize_inputs(rng);  // full-range steps: the 32-bit wrap included
+    call.randomize_inputs(rng);
     if (rng() % 2)
       for (Vsp32s& s : call.buf<Vsp32s>("step")) s = static_cast<Vsp32s>(rng() % 4096);
   };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_full_band(call, in, true); };
   return c;
 }
 
@@ -179,9 +180,7 @@ VT_CONTRACT(legacy90vspsFIRSubband_EC_32fc) {
   c.valid = [=] { return subband(name, 6, 33, true); };
   c.checks = count_checks();
   c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    return fuzz_subband(
-        call, in,
-        {.frameArrays = {{"inputFrames", 0}, {"coeffFrames", 0}}, .perSubband = {{"output", vt::Role::Out, 1}}});
+    return fuzz_subband(call, in, {.perSubband = {{"output", vt::Role::Out, 1}}});
   };
   return c;
 }
@@ -197,11 +196,7 @@ VT_CONTRACT(legacy90vspsFIRSubband_EC_32sc_Sfs) {
     call.scalar("scaleFactor", static_cast<int>(rng() % 63) - 31);
   };
   c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    return fuzz_subband(call, in,
-                        {.sfLo = -31,
-                         .sfHi = 31,
-                         .frameArrays = {{"inputFrames", 0}, {"coeffFrames", 0}},
-                         .perSubband = {{"output", vt::Role::Out, 1}}});
+    return fuzz_subband(call, in, {.sfLo = -31, .sfHi = 31, .perSubband = {{"output", vt::Role::Out, 1}}});
   };
   return c;
 }
@@ -209,22 +204,14 @@ VT_CONTRACT(legacy90vspsFIRSubband_EC_32sc_Sfs) {
 VT_CONTRACT(legacy90vspsFIRSubbandLow_EC_32sc_Sfs) {
   vt::Contract c;
   c.valid = [=] { return subband(name, 6, 33, true).scalar("firstSubband", 2).scalar("scaleFactor", 20); };
-  c.checks = {vt::bad("numSegments", 0, vspStsRangeErr),     vt::bad("numSegments", 256, vspStsRangeErr),
-              vt::bad("firstSubband", -1, vspStsRangeErr),   first_above(),
-              vt::bad("numSubbands", 4098, vspStsFIRLenErr), vt::bad("scaleFactor", -1, vspStsRangeErr),
-              vt::bad("scaleFactor", 32, vspStsRangeErr)};
+  c.checks = low_checks();
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);
     call.scalar("firstSubband", static_cast<int>(rng() % 34));
     call.scalar("scaleFactor", static_cast<int>(rng() % 32));
   };
   c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    return fuzz_subband(call, in,
-                        {.first = true,
-                         .sfLo = 0,
-                         .sfHi = 31,
-                         .frameArrays = {{"inputFrames", 0}, {"coeffFrames", 0}},
-                         .perSubband = {{"output", vt::Role::Out, 1}}});
+    return fuzz_subband(call, in, {.first = true, .sfLo = 0, .sfHi = 31, .perSubband = {{"output", vt::Role::Out, 1}}});
   };
   return c;
 }
@@ -244,13 +231,12 @@ VT_CONTRACT(legacy90vspsFIRSubbandCoeffUpdate_EC_32fc_I) {
     for (double& s : call.buf<double>("step")) s = std::fabs(s);
   };
   c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    return fuzz_subband(call, in,
-                        {.frameArrays = {{"inputFrames", 0}, {"coeffFrames", 0}},
-                         .perSubband = {{"step", vt::Role::In, 1}, {"errorFrame", vt::Role::In, 1}},
-                         .negative = [](vt::Call& k) {
-                           auto s = k.buf<double>("step");
-                           return std::any_of(s.begin(), s.end(), [](double v) { return v < 0; });
-                         }});
+    return fuzz_subband(
+        call, in,
+        {.perSubband = {{"step", vt::Role::In, 1}, {"errorFrame", vt::Role::In, 1}}, .negative = [](vt::Call& k) {
+           auto s = k.buf<double>("step");
+           return std::any_of(s.begin(), s.end(), [](double v) { return v < 0; });
+         }});
   };
   return c;
 }
@@ -279,7 +265,6 @@ VT_CONTRACT(legacy90vspsFIRSubbandCoeffUpdate_EC_32sc_I) {
     return fuzz_subband(call, in,
                         {.sfLo = 0,
                          .sfHi = 31,
-                         .frameArrays = {{"inputFrames", 0}, {"coeffFrames", 0}},
                          .perSubband = {{"step", vt::Role::In, 2}, {"errorFrame", vt::Role::In, 1}},
                          .negative = [](vt::Call& k) {
                            auto s = k.buf<Vsp32s>("step");
@@ -299,10 +284,7 @@ VT_CONTRACT(legacy90vspsFIRSubbandLowCoeffUpdate_EC_32sc_I) {
     call.scalar("firstSubband", 3).scalar("scaleFactor", 24);
     return call;
   };
-  c.checks = {vt::bad("numSegments", 0, vspStsRangeErr),     vt::bad("numSegments", 256, vspStsRangeErr),
-              vt::bad("firstSubband", -1, vspStsRangeErr),   first_above(),
-              vt::bad("numSubbands", 4098, vspStsFIRLenErr), vt::bad("scaleFactor", -1, vspStsRangeErr),
-              vt::bad("scaleFactor", 32, vspStsRangeErr)};
+  c.checks = low_checks();
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);
     auto step = call.buf<Vsp32s>("step");
@@ -315,7 +297,6 @@ VT_CONTRACT(legacy90vspsFIRSubbandLowCoeffUpdate_EC_32sc_I) {
         {.first = true,
          .sfLo = 0,
          .sfHi = 31,
-         .frameArrays = {{"inputFrames", 0}, {"coeffFrames", 0}},
          .perSubband = {{"errorFrame", vt::Role::In, 1}, {"workFrame", vt::Role::Out, 1}, {"step", vt::Role::In, 2}}});
   };
   return c;

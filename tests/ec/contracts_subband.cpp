@@ -192,86 +192,69 @@ bool fuzz_working(vt::Call& call, vt::FuzzInput& in, bool fixedPoint, bool analy
   return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(badHeader, vspStsErr).to(in);
 }
 
+// One contract shape per function of the bank, shared by the twins.
+vt::Contract get_size_contract(const char* name, bool fixedPoint) {
+  vt::Contract c;
+  c.valid = [=] { return get_size(name); };
+  c.checks = get_size_checks();
+  c.randomize = random_get_size;
+  c.fuzz = [=](vt::Call& call, vt::FuzzInput& in) { return fuzz_get_size(call, in, fixedPoint); };
+  return c;
+}
+
+template <class T>
+vt::Contract init_contract(const char* name, bool fixedPoint) {
+  vt::Contract c;
+  c.valid = [=] { return init_call<T>(name, fixedPoint); };
+  c.checks = init_checks();
+  c.nullable = {"window", "initBuffer"};
+  c.fuzz = [=](vt::Call& call, vt::FuzzInput& in) { return fuzz_init<T>(call, in, fixedPoint); };
+  return c;
+}
+
+vt::Contract working_contract(const char* name, bool fixedPoint, bool analysis, int order) {
+  vt::Contract c;
+  c.valid = [=] { return working_call(name, fixedPoint, analysis, order); };
+  c.checks = working_checks();
+  c.fuzz = [=](vt::Call& call, vt::FuzzInput& in) { return fuzz_working(call, in, fixedPoint, analysis); };
+  return c;
+}
+
 }  // namespace
 
-VT_CONTRACT(legacy90vspsSubbandProcessGetSize_16s) {
-  vt::Contract c;
-  c.valid = [=] { return get_size(name); };
-  c.checks = get_size_checks();
-  c.randomize = random_get_size;
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_get_size(call, in, true); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsSubbandProcessGetSize_32f) {
-  vt::Contract c;
-  c.valid = [=] { return get_size(name); };
-  c.checks = get_size_checks();
-  c.randomize = random_get_size;
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_get_size(call, in, false); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsSubbandProcessInit_16s) {
-  vt::Contract c;
-  c.valid = [=] { return init_call<Vsp16s>(name, true); };
-  c.checks = init_checks();
-  c.nullable = {"window", "initBuffer"};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_init<Vsp16s>(call, in, true); };
-  return c;
-}
+VT_CONTRACT(legacy90vspsSubbandProcessGetSize_16s) { return get_size_contract(name, true); }
+VT_CONTRACT(legacy90vspsSubbandProcessGetSize_32f) { return get_size_contract(name, false); }
+VT_CONTRACT(legacy90vspsSubbandProcessInit_16s) { return init_contract<Vsp16s>(name, true); }
 
 VT_CONTRACT(legacy90vspsSubbandProcessInit_32f) {
-  vt::Contract c;
-  c.valid = [=] { return init_call<Vsp32f>(name, false); };
-  c.checks = init_checks();
-  c.nullable = {"window", "initBuffer"};
+  vt::Contract c = init_contract<Vsp32f>(name, false);
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);
     for (float& w : call.buf<float>("window")) w = std::fabs(w);
   };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_init<Vsp32f>(call, in, false); };
   return c;
 }
 
 VT_CONTRACT(legacy90vspsSubbandAnalysis_16s32sc_Sfs) {
-  vt::Contract c;
-  c.valid = [=] { return working_call(name, true, true, 5); };
-  c.checks = working_checks();
+  vt::Contract c = working_contract(name, true, true, 5);
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);  // full-scale samples: the fold saturates
     call.scalar("scaleFactor", static_cast<int>(rng() % 24) - 4);
   };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_working(call, in, true, true); };
   return c;
 }
 
-VT_CONTRACT(legacy90vspsSubbandAnalysis_32f32fc) {
-  vt::Contract c;
-  c.valid = [=] { return working_call(name, false, true, 6); };
-  c.checks = working_checks();
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_working(call, in, false, true); };
-  return c;
-}
+VT_CONTRACT(legacy90vspsSubbandAnalysis_32f32fc) { return working_contract(name, false, true, 6); }
 
 VT_CONTRACT(legacy90vspsSubbandSynthesis_32sc16s_Sfs) {
-  vt::Contract c;
-  c.valid = [=] { return working_call(name, true, false, 6); };
-  c.checks = working_checks();
+  vt::Contract c = working_contract(name, true, false, 6);
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);
     const int shift = static_cast<int>(rng() % 24);  // from full-range bins to small ones
     for (Vsp32sc& x : call.buf<Vsp32sc>("source")) x = {x.re >> shift, x.im >> shift};
     call.scalar("scaleFactor", static_cast<int>(rng() % 12) - 4);
   };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_working(call, in, true, false); };
   return c;
 }
 
-VT_CONTRACT(legacy90vspsSubbandSynthesis_32fc32f) {
-  vt::Contract c;
-  c.valid = [=] { return working_call(name, false, false, 5); };
-  c.checks = working_checks();
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_working(call, in, false, false); };
-  return c;
-}
+VT_CONTRACT(legacy90vspsSubbandSynthesis_32fc32f) { return working_contract(name, false, false, 5); }

@@ -108,64 +108,48 @@ bool fuzz_detect(vt::Call& call, vt::FuzzInput& in, bool fixedPoint) {
   return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(len < 1, vspStsBadArgErr).to(in);
 }
 
+// GetStateSize and Init: the rate is their one value check.
+vt::Contract rate_contract(const char* name, bool fixedPoint, bool init, int rate, std::vector<int64_t> badRates) {
+  vt::Contract c;
+  c.valid = [=] {
+    vt::Call call(name);
+    if (init)
+      call.bytes("state", fixedPoint ? 72 : 80, fixedPoint ? 5 : 13);
+    else
+      call.out("size", 1);
+    return call.scalar("rate", rate);
+  };
+  for (int64_t r : badRates) c.checks.push_back(vt::bad("rate", r, vspStsRangeErr));
+  c.fuzz = [=](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, init, fixedPoint); };
+  return c;
+}
+
+// The detector on a formatted state: a tone with a phase reversal at a
+// random place (a third of the trials: uniform samples).
+vt::Contract detect_contract(const char* name, bool fixedPoint, int rate, int len) {
+  vt::Contract c;
+  c.valid = [=] { return detector(name, fixedPoint, rate, len); };
+  c.checks = {vt::bad("len", 0, vspStsBadArgErr), vt::bad("len", -5, vspStsBadArgErr)};
+  c.randomize = [=](vt::Call& call, std::mt19937& rng) {
+    if (rng() % 3 == 0)
+      call.randomize_inputs(rng);
+    else if (fixedPoint)
+      tone_with_reversal<Vsp16s>(call, rng, rate, 32767.0);
+    else
+      tone_with_reversal<Vsp32f>(call, rng, rate, 1.0);
+  };
+  c.fuzz = [=](vt::Call& call, vt::FuzzInput& in) { return fuzz_detect(call, in, fixedPoint); };
+  return c;
+}
+
 }  // namespace
 
-VT_CONTRACT(legacy90vspsToneDetectGetStateSize_EC_16s) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).scalar("rate", 8000).out("size", 1); };
-  c.checks = {vt::bad("rate", 11025, vspStsRangeErr), vt::bad("rate", 0, vspStsRangeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, false, true); };
-  return c;
-}
-
+VT_CONTRACT(legacy90vspsToneDetectGetStateSize_EC_16s) { return rate_contract(name, true, false, 8000, {11025, 0}); }
 VT_CONTRACT(legacy90vspsToneDetectGetStateSize_EC_32f) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).scalar("rate", 16000).out("size", 1); };
-  c.checks = {vt::bad("rate", 8001, vspStsRangeErr), vt::bad("rate", -8000, vspStsRangeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, false, false); };
-  return c;
+  return rate_contract(name, false, false, 16000, {8001, -8000});
 }
+VT_CONTRACT(legacy90vspsToneDetectInit_EC_16s) { return rate_contract(name, true, true, 8000, {44100}); }
+VT_CONTRACT(legacy90vspsToneDetectInit_EC_32f) { return rate_contract(name, false, true, 16000, {32000}); }
 
-VT_CONTRACT(legacy90vspsToneDetectInit_EC_16s) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).bytes("state", 72, 5).scalar("rate", 8000); };
-  c.checks = {vt::bad("rate", 44100, vspStsRangeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, true, true); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsToneDetectInit_EC_32f) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).bytes("state", 80, 13).scalar("rate", 16000); };
-  c.checks = {vt::bad("rate", 32000, vspStsRangeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, true, false); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsToneDetect_EC_16s) {
-  vt::Contract c;
-  c.valid = [=] { return detector(name, true, 8000, 160); };
-  c.checks = {vt::bad("len", 0, vspStsBadArgErr), vt::bad("len", -5, vspStsBadArgErr)};
-  c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    if (rng() % 3 == 0)
-      call.randomize_inputs(rng);
-    else
-      tone_with_reversal<Vsp16s>(call, rng, 8000.0, 32767.0);
-  };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_detect(call, in, true); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsToneDetect_EC_32f) {
-  vt::Contract c;
-  c.valid = [=] { return detector(name, false, 16000, 320); };
-  c.checks = {vt::bad("len", 0, vspStsBadArgErr), vt::bad("len", -5, vspStsBadArgErr)};
-  c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    if (rng() % 3 == 0)
-      call.randomize_inputs(rng);
-    else
-      tone_with_reversal<Vsp32f>(call, rng, 16000.0, 1.0);
-  };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_detect(call, in, false); };
-  return c;
-}
+VT_CONTRACT(legacy90vspsToneDetect_EC_16s) { return detect_contract(name, true, 8000, 160); }
+VT_CONTRACT(legacy90vspsToneDetect_EC_32f) { return detect_contract(name, false, 16000, 320); }

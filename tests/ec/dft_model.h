@@ -1,6 +1,5 @@
-// Double-precision models for the filter-bank tests: the plain DFT of a
-// real block (bins 0..N/2), its inverse (divided by N), and the filter
-// bank's fold and overlap-add written directly from their definitions.
+// Double-precision model for the filter-bank tests: the inverse DFT of a
+// real block's bins 0..N/2 (divided by N).
 #pragma once
 
 #include <cmath>
@@ -11,20 +10,6 @@
 namespace ect {
 
 using cplx = std::complex<double>;
-
-inline std::vector<cplx> dft_real(const std::vector<double>& u) {
-  const std::size_t n = u.size();
-  std::vector<cplx> x(n / 2 + 1);
-  for (std::size_t k = 0; k <= n / 2; ++k) {
-    cplx s = 0;
-    for (std::size_t i = 0; i < n; ++i) {
-      const double a = -2.0 * std::numbers::pi * double((k * i) % n) / double(n);
-      s += u[i] * cplx(std::cos(a), std::sin(a));
-    }
-    x[k] = s;
-  }
-  return x;
-}
 
 // x[n] = (1/N) sum over all N bins (N/2+1..N-1 the conjugates); the
 // imaginary parts of bins 0 and N/2 are ignored.

@@ -1,6 +1,5 @@
-// Adaptive filters beyond the test vectors: the adapting filters against
-// the plain ones, block splitting, the 32-bit reading of NLMS_EC_16s, the
-// integer sub-band filters' rounding and saturation, the integer
+// Adaptive filters beyond the test vectors: the 32-bit reading of
+// NLMS_EC_16s, the integer sub-band filters' saturation, the integer
 // coefficient updates against the float one, and the affine-projection
 // update's defining properties.
 #include <gtest/gtest.h>
@@ -15,79 +14,6 @@
 namespace {
 
 // ---- full band -------------------------------------------------------------------------
-
-template <class T>
-std::vector<T> random_signal(std::size_t n, std::mt19937& rng, double scale) {
-  std::normal_distribution<double> g(0.0, scale);
-  std::vector<T> v(n);
-  for (T& x : v) x = static_cast<T>(std::is_integral_v<T> ? std::clamp(std::round(g(rng)), -32768.0, 32767.0) : g(rng));
-  return v;
-}
-
-// With a zero carried error and zero steps the adapting filter leaves the
-// coefficients alone and its output is the plain filter's.
-TEST(FullBand, NlmsWithoutStepIsTheFir) {
-  std::mt19937 rng(1);
-  const int taps = 24, len = 100;
-  {
-    const auto x = random_signal<Vsp32f>(std::size_t(taps + len), rng, 0.3);
-    const auto d = random_signal<Vsp32f>(std::size_t(len), rng, 0.3);
-    const auto h0 = random_signal<Vsp32f>(std::size_t(taps), rng, 0.2);
-    std::vector<Vsp32f> h = h0, eFir(static_cast<std::size_t>(len)), eNlms(static_cast<std::size_t>(len)),
-                        step(std::size_t(len), 0.0f);
-    Vsp32f c = 0;
-    ASSERT_EQ(legacy90vspsFIR_EC_32f(&x[taps], d.data(), eFir.data(), len, h0.data(), taps), 0);
-    ASSERT_EQ(legacy90vspsNLMS_EC_32f(&x[taps], d.data(), step.data(), eNlms.data(), len, h.data(), taps, &c), 0);
-    EXPECT_EQ(h, h0);
-    EXPECT_EQ(eFir, eNlms);
-  }
-  {
-    const auto x = random_signal<Vsp16s>(std::size_t(taps + len), rng, 8000);
-    const auto d = random_signal<Vsp16s>(std::size_t(len), rng, 8000);
-    const auto h0 = random_signal<Vsp16s>(std::size_t(taps), rng, 6000);
-    std::vector<Vsp16s> h = h0, eFir(static_cast<std::size_t>(len)), eNlms(static_cast<std::size_t>(len));
-    std::vector<Vsp32s> step(std::size_t(len), 0);
-    Vsp16s c = 0;
-    ASSERT_EQ(legacy90vspsFIR_EC_16s(&x[taps], d.data(), eFir.data(), len, h0.data(), taps), 0);
-    ASSERT_EQ(legacy90vspsNLMS_EC_16s(&x[taps], d.data(), step.data(), eNlms.data(), len, h.data(), taps, &c), 0);
-    EXPECT_EQ(h, h0);
-    EXPECT_EQ(eFir, eNlms);
-  }
-}
-
-// One block of 2L samples or two calls of L with the carried error passed
-// on give the same errors and coefficients (fixed point: while the carried
-// value stays within 16 bits, here with small steps).
-TEST(FullBand, SplittingABlockKeepsTheResult) {
-  std::mt19937 rng(2);
-  const int taps = 16, len = 60;
-  {
-    const auto x = random_signal<Vsp32f>(std::size_t(taps + 2 * len), rng, 0.3);
-    const auto d = random_signal<Vsp32f>(std::size_t(2 * len), rng, 0.3);
-    const std::vector<Vsp32f> step(std::size_t(2 * len), 0.05f);
-    std::vector<Vsp32f> h1(std::size_t(taps), 0), h2 = h1, e1(std::size_t(2 * len)), e2 = e1;
-    Vsp32f c1 = 0, c2 = 0;
-    legacy90vspsNLMS_EC_32f(&x[taps], d.data(), step.data(), e1.data(), 2 * len, h1.data(), taps, &c1);
-    legacy90vspsNLMS_EC_32f(&x[taps], d.data(), step.data(), e2.data(), len, h2.data(), taps, &c2);
-    legacy90vspsNLMS_EC_32f(&x[taps + len], &d[len], &step[len], &e2[len], len, h2.data(), taps, &c2);
-    EXPECT_EQ(e1, e2);
-    EXPECT_EQ(h1, h2);
-    EXPECT_EQ(c1, c2);
-  }
-  {
-    const auto x = random_signal<Vsp16s>(std::size_t(taps + 2 * len), rng, 6000);
-    const auto d = random_signal<Vsp16s>(std::size_t(2 * len), rng, 6000);
-    const std::vector<Vsp32s> step(std::size_t(2 * len), 40);  // |e*step| >> 11 stays within 16 bits
-    std::vector<Vsp16s> h1(std::size_t(taps), 0), h2 = h1, e1(std::size_t(2 * len)), e2 = e1;
-    Vsp16s c1 = 0, c2 = 0;
-    legacy90vspsNLMS_EC_16s(&x[taps], d.data(), step.data(), e1.data(), 2 * len, h1.data(), taps, &c1);
-    legacy90vspsNLMS_EC_16s(&x[taps], d.data(), step.data(), e2.data(), len, h2.data(), taps, &c2);
-    legacy90vspsNLMS_EC_16s(&x[taps + len], &d[len], &step[len], &e2[len], len, h2.data(), taps, &c2);
-    EXPECT_EQ(e1, e2);
-    EXPECT_EQ(h1, h2);
-    EXPECT_EQ(c1, c2);
-  }
-}
 
 // The decision for NLMS_EC_16s: e*step + 1024 and x*c + 4096 wrap in 32
 // bits. One tap h = 1000, reference[0] = 3000, d[0] = 16476: y = 92, e =
@@ -124,23 +50,6 @@ struct Frames32sc {
   }
 };
 
-TEST(SubbandFilter, IntegerScalingRoundsTowardZero) {
-  struct Row {
-    int32_t sum;
-    int sf;
-    int32_t want;
-  };
-  for (Row r : {Row{-3, 1, -1}, Row{3, 1, 1}, Row{-5, 2, -1}, Row{-4, 2, -1}, Row{-1, 31, 0}, Row{7, 0, 7},
-                Row{1, -31, INT32_MAX}, Row{-1, -31, INT32_MIN}, Row{3, -2, 12}}) {
-    Frames32sc f(1, 1);
-    f.x[0] = {r.sum, 0};
-    f.h[0] = {1, 0};
-    Vsp32sc out{};
-    ASSERT_EQ(legacy90vspsFIRSubband_EC_32sc_Sfs(f.xp.data(), f.hp.data(), &out, 1, 1, r.sf), 0);
-    EXPECT_EQ(out.re, r.want) << r.sum << " >> " << r.sf;
-  }
-}
-
 // Saturation at the 64-bit limits inside the sum (FIRSubband) against the
 // plain wrapping sum of the economical filter.
 TEST(SubbandFilter, SixtyFourBitSaturationAgainstWrap) {
@@ -153,23 +62,6 @@ TEST(SubbandFilter, SixtyFourBitSaturationAgainstWrap) {
   EXPECT_EQ(sat.re, INT32_MAX);
   // Wrapped: 2 * (2^63 - 2^31) = -2^32 (mod 2^64); >> 31 = -2.
   EXPECT_EQ(low.re, -2);
-}
-
-TEST(SubbandFilter, LowFirstEqualToCountWritesNothing) {
-  Frames32sc f(3, 5);
-  std::vector<Vsp32sc> out(5, Vsp32sc{77, -77});
-  ASSERT_EQ(legacy90vspsFIRSubbandLow_EC_32sc_Sfs(f.xp.data(), f.hp.data(), 3, out.data(), 5, 5, 0), 0);
-  for (const Vsp32sc& o : out) EXPECT_TRUE(o.re == 77 && o.im == -77);
-}
-
-TEST(SubbandFilter, LargestCountsAreAccepted) {
-  const int bands = 4097, segs = 255;
-  std::vector<Vsp32fc> x(std::size_t(bands), Vsp32fc{1, 0}), h(std::size_t(bands), Vsp32fc{0, 1});
-  std::vector<const Vsp32fc*> xp(segs, x.data()), hp(segs, h.data());
-  std::vector<Vsp32fc> out(static_cast<std::size_t>(bands));
-  ASSERT_EQ(legacy90vspsFIRSubband_EC_32fc(xp.data(), hp.data(), out.data(), segs, bands), 0);
-  EXPECT_EQ(out[4096].im, 255.0f);
-  EXPECT_EQ(legacy90vspsFIRSubband_EC_32fc(xp.data(), hp.data(), out.data(), segs, bands + 1), vspStsFIRLenErr);
 }
 
 // ---- integer coefficient updates ----------------------------------------------------------
@@ -233,37 +125,6 @@ TEST(SubbandUpdate, IntegerUpdateIsTheFloatUpdateInQScale) {
       EXPECT_EQ(work[std::size_t(b)].im, e[std::size_t(b)].im / 2);
     }
   }
-}
-
-TEST(SubbandUpdate, LowUpdateLeavesLowerSubbandsAlone) {
-  const int segs = 2, bands = 6;
-  Frames32sc f(segs, bands);
-  for (Vsp32sc& v : f.x) v = {1000, -2000};
-  for (Vsp32sc& v : f.h) v = {5, 6};
-  const std::vector<Vsp32sc> e(bands, Vsp32sc{1 << 20, 1 << 19});
-  std::vector<Vsp32s> step;
-  for (int b = 0; b < bands; ++b) step.insert(step.end(), {1 << 30, 20});
-  std::vector<Vsp32sc*> hp{&f.h[0], &f.h[std::size_t(bands)]};
-  std::vector<Vsp32sc> work(bands, Vsp32sc{0, 0});
-  ASSERT_EQ(legacy90vspsFIRSubbandLowCoeffUpdate_EC_32sc_I(f.xp.data(), e.data(), hp.data(), segs, work.data(),
-                                                           step.data(), 4, bands, 0),
-            0);
-  for (int m = 0; m < segs; ++m)
-    for (int b = 0; b < bands; ++b) {
-      const Vsp32sc h = f.h[std::size_t(m * bands + b)];
-      if (b < 4)
-        EXPECT_TRUE(h.re == 5 && h.im == 6);
-      else
-        EXPECT_FALSE(h.re == 5 && h.im == 6);
-    }
-  // First sub-band equal to the count: success, nothing done.
-  const auto before = f.h;
-  std::vector<Vsp32sc> work2(bands, Vsp32sc{3, 3});
-  ASSERT_EQ(legacy90vspsFIRSubbandLowCoeffUpdate_EC_32sc_I(f.xp.data(), e.data(), hp.data(), segs, work2.data(),
-                                                           step.data(), bands, bands, 0),
-            0);
-  EXPECT_EQ(std::memcmp(before.data(), f.h.data(), before.size() * sizeof(Vsp32sc)), 0);
-  for (const Vsp32sc& w : work2) EXPECT_TRUE(w.re == 3 && w.im == 3);
 }
 
 // Saturation of the 32-bit result and of the left shift.
@@ -373,57 +234,6 @@ TEST(AffineProjection, SingularSubbandIsLeftUnchanged) {
     EXPECT_EQ(c.h[std::size_t(m * 3 + 1)].re, h0[std::size_t(m * 3 + 1)].re);
     EXPECT_NE(c.h[std::size_t(m * 3)].re, h0[std::size_t(m * 3)].re);
   }
-}
-
-// Identification of a sub-band echo path from coloured input: projection
-// order 4 converges faster than order 1 (normalised LMS).
-TEST(AffineProjection, HigherOrderConvergesFasterOnColouredInput) {
-  const int segs = 8, iters = 60;
-  std::mt19937 rng(12);
-  std::normal_distribution<double> g(0, 1);
-  std::vector<cd> truth(segs);
-  for (cd& t : truth) t = {g(rng), g(rng)};
-  std::vector<cd> input(std::size_t(iters + segs + 8));
-  cd prev = 0;
-  for (cd& v : input) v = prev = 0.95 * prev + cd(g(rng), g(rng));  // strongly coloured
-  auto misalignment = [&](int order) {
-    std::vector<Vsp32fc> h(segs, Vsp32fc{0, 0});
-    std::vector<cd> errs;  // a-priori errors, newest first
-    for (int n = 0; n < iters; ++n) {
-      // Frames newest first: input[n + segs + order - 1 - m].
-      std::vector<Vsp32fc> x(std::size_t(segs + order - 1));
-      for (int m = 0; m < segs + order - 1; ++m) {
-        const cd v = input[std::size_t(n + segs + order - 1 - m)];
-        x[std::size_t(m)] = {float(v.real()), float(v.imag())};
-      }
-      std::vector<Vsp32fc> e(static_cast<std::size_t>(order));
-      for (int q = 0; q < order; ++q) {
-        cd d = 0, y = 0;
-        for (int m = 0; m < segs; ++m) {
-          const cd xv(x[std::size_t(q + m)].re, x[std::size_t(q + m)].im);
-          d += xv * truth[std::size_t(m)];
-          y += xv * cd(h[std::size_t(m)].re, h[std::size_t(m)].im);
-        }
-        e[std::size_t(q)] = {float((d - y).real()), float((d - y).imag())};
-      }
-      std::vector<const Vsp32fc*> xp, ep;
-      std::vector<Vsp32fc*> hp;
-      for (auto& v : x) xp.push_back(&v);
-      for (auto& v : e) ep.push_back(&v);
-      for (auto& v : h) hp.push_back(&v);
-      const std::vector<double> sd = {0.5 * order, 1e-3};
-      EXPECT_EQ(
-          legacy90vspsFIRSubbandAPCoeffUpdate_EC_32fc_I(sd.data(), xp.data(), ep.data(), hp.data(), segs, 1, order), 0);
-    }
-    double num = 0, den = 0;
-    for (int m = 0; m < segs; ++m) {
-      num += std::norm(cd(h[std::size_t(m)].re, h[std::size_t(m)].im) - truth[std::size_t(m)]);
-      den += std::norm(truth[std::size_t(m)]);
-    }
-    return 10 * std::log10(num / den);
-  };
-  const double p1 = misalignment(1), p4 = misalignment(4);
-  EXPECT_LT(p4, p1 - 6.0) << "order 1: " << p1 << " dB, order 4: " << p4 << " dB";
 }
 
 }  // namespace

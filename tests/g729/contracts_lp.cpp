@@ -14,25 +14,6 @@ std::vector<Vsp32f> to_float(const std::vector<Vsp32s>& r) {
   return f;
 }
 
-// Fuzz hook of the vector functions with one length (len >= 1), buffers of
-// len elements; `sf` names a scale factor that must be >= 0 (checked first,
-// with `sfStatus`) or is empty.
-bool fuzz_len(vt::Call& call, vt::FuzzInput& in, std::initializer_list<const char*> ins, const char* out,
-              const char* sf = nullptr, int sfStatus = 0) {
-  const int64_t len = fz::pick(in, "len", -2, 5000);
-  const int64_t scale = sf ? fz::pick(in, sf, -2, 40) : 0;
-  const auto n = fz::count(len >= 1 && scale >= 0, len, 4);
-  for (const char* name : ins) call.in(name, n);
-  call.out(out, n).scalar("len", len);
-  if (sf) call.scalar(sf, scale);
-  fz::fill_inputs(call, in);
-  return fz::Expect()
-      .fail_if(fz::nulls(call, in), vspStsNullPtrErr)
-      .fail_if(scale < 0, sfStatus)
-      .fail_if(len < 1, vspStsSizeErr)
-      .to(in);
-}
-
 // Levinson-Durbin: orders 1..maxOrder (0: no upper bound; the hook stops
 // at 1000, the recursion being quadratic), r[0..order], a[0..order],
 // rc[0..order-1]; a fuzzer choice makes r a realistic autocorrelation.
@@ -188,7 +169,7 @@ VT_CONTRACT(legacy90vspsInterpolate_G729_16s) {
   vt::Contract c;
   c.valid = [=] { return vt::Call(name).in("pSrc1", 10).in("pSrc2", 10).out("pDst", 10).scalar("len", 10); };
   c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_len(call, in, {"pSrc1", "pSrc2"}, "pDst"); };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fz::len_hook(call, in, {"pSrc1", "pSrc2"}, {"pDst"}); };
   return c;
 }
 
@@ -215,7 +196,7 @@ VT_CONTRACT(legacy90vspsInterpolateC_G729_16s_Sfs) {
   c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
     call.scalar("val1", in.scalar("val1", INT16_MIN, INT16_MAX))
         .scalar("val2", in.scalar("val2", INT16_MIN, INT16_MAX));
-    return fuzz_len(call, in, {"pSrc1", "pSrc2"}, "pDst", "scaleFactor", vspStsOutOfRangeErr);
+    return fz::len_hook(call, in, {"pSrc1", "pSrc2"}, {"pDst"}, {}, "scaleFactor", vspStsOutOfRangeErr);
   };
   return c;
 }
@@ -237,7 +218,7 @@ VT_CONTRACT(legacy90vspsInterpolateC_G729_32f) {
     in.fill("values", {reinterpret_cast<uint8_t*>(v), sizeof v});
     fz::finite(v, 1e18f);
     call.scalar_f("val1", v[0]).scalar_f("val2", v[1]);
-    return fuzz_len(call, in, {"pSrc1", "pSrc2"}, "pDst");
+    return fz::len_hook(call, in, {"pSrc1", "pSrc2"}, {"pDst"});
   };
   return c;
 }

@@ -78,6 +78,7 @@ VT_CONTRACT(legacy90vspsLSFToLSP_G729_16s) {
 
 VT_CONTRACT(legacy90vspsLSFQuant_G729_16s) {
   vt::Contract c;
+  c.hostileTrials = 600;  // the searches saturate, or tie at their caps, only on rare targets
   c.valid = [=] {
     vt::Call call(name);
     call.in("pSrcLsf", 10).inout("pSrcDstPrevFreq", 40).out("pDstQLsf", 10).out("pDstQuantIndex", 4);
@@ -170,6 +171,7 @@ VT_CONTRACT(legacy90vspsLSFDecodeErased_G729_32f) { return decode_erased_contrac
 
 VT_CONTRACT(legacy90vspsLSPQuant_G729E_16s) {
   vt::Contract c;
+  c.hostileTrials = 300;
   c.valid = [=] {
     vt::Call call(name);
     call.in("pSrcLsp", 10).in("pSrcPrevFreq", 40).out("pDstQLsp", 10).out("pDstFreqCur", 10).out("pDstQuantIndex", 2);

@@ -6,6 +6,7 @@ namespace {
 
 vt::Contract lpc_to_lsp_contract(const char* name) {
   vt::Contract c;
+  c.hostileTrials = 300;  // saturating polynomial sums and root searches
   c.valid = [=] {
     vt::Call call(name);
     call.in("pSrcLpc", 11).in("pSrcPrevLsp", 10).out("pDstLsp", 10);

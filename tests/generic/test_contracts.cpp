@@ -1,6 +1,6 @@
 // Generic harnesses over every export's contract: argument checks in their
 // stated order with nothing written on failure, and identical results at
-// every supported processor level.
+// every supported processor level (random, non-finite and hostile inputs).
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,6 +10,7 @@
 
 #include "tests/support/contract.h"
 #include "tests/support/exports.h"
+#include "tests/support/fuzz_hooks.h"
 #include "tests/support/levels.h"
 
 namespace {
@@ -68,17 +69,40 @@ TEST_P(ArgumentChecks, ValidCallSucceeds) {
         << call.describe() << " returned " << st;
 }
 
-// Each check alone gives its status and leaves every buffer as it was.
+vt::Call random_valid(const vt::Contract& c, std::mt19937& rng);
+
+// The valid call (its scalars, on which the checks build) with the input
+// contents of a random valid call.
+vt::Call valid_with_random_contents(const vt::Contract& c, std::mt19937& rng) {
+  vt::Call call = c.valid();
+  vt::Call random = random_valid(c, rng);
+  for (const vt::ParamInfo& p : call.fn().params) {
+    if (!p.isPointer || p.elem == vt::Elem::Opaque || !call.has(p.name) || !random.has(p.name)) continue;
+    const vt::Role r = call.role(p.name);
+    // Frames: the contracts' pointer arrays have their own backing (as fz::fill_inputs assumes).
+    if (r != vt::Role::In && r != vt::Role::InOut && r != vt::Role::Frames) continue;
+    const auto from = random.buf<uint8_t>(p.name);
+    const auto to = call.buf<uint8_t>(p.name);
+    std::memcpy(to.data(), from.data(), std::min(from.size(), to.size()));
+  }
+  return call;
+}
+
+// Each check alone gives its status and leaves every buffer as it was, on
+// the valid call and on random contents (where a write before the check
+// changes something: on the valid call's zeros it may not show).
 TEST_P(ArgumentChecks, EachCheckFailsAndWritesNothing) {
   const vt::Contract& c = *GetParam();
-  for (const vt::Check& check : c.ordered_checks()) {
-    vt::Call call = c.valid();
-    check.apply(call);
-    const auto before = call.snapshot();
-    const int64_t st = call.invoke();
-    EXPECT_EQ(st, check.expected) << check.label << ": " << call.describe();
-    if (check.expected < 0) EXPECT_TRUE(call.snapshot() == before) << check.label << " wrote to a buffer";
-  }
+  std::mt19937 rng(static_cast<uint32_t>(std::hash<std::string>{}(c.name)) + 3u);
+  for (const vt::Check& check : c.ordered_checks())
+    for (int trial = 0; trial < 4; ++trial) {
+      vt::Call call = trial == 0 ? c.valid() : valid_with_random_contents(c, rng);
+      check.apply(call);
+      const auto before = call.snapshot();
+      const int64_t st = call.invoke();
+      EXPECT_EQ(st, check.expected) << check.label << " (trial " << trial << "): " << call.describe();
+      if (check.expected < 0) EXPECT_TRUE(call.snapshot() == before) << check.label << " wrote to a buffer";
+    }
 }
 
 // Two failing checks together: the one listed first wins.
@@ -100,6 +124,16 @@ TEST_P(ArgumentChecks, EarlierCheckWins) {
 INSTANTIATE_TEST_SUITE_P(All, ArgumentChecks, testing::ValuesIn(contract_list()), contract_name);
 
 class LevelsAgree : public testing::TestWithParam<const vt::Contract*> {};
+
+// The contract's valid call with random valid contents.
+vt::Call random_valid(const vt::Contract& c, std::mt19937& rng) {
+  vt::Call base = c.valid();
+  if (c.randomize)
+    c.randomize(base, rng);
+  else
+    base.randomize_inputs(rng);
+  return base;
+}
 
 // Runs copies of the call at every level this machine supports: the same
 // status and the same bytes in every buffer as at level 0.
@@ -169,11 +203,7 @@ TEST_P(LevelsAgreeNonFinite, OnNaNsAndInfinitiesInTheInputs) {
   const std::vector<const vt::ParamInfo*> floats = float_params(c);
   std::mt19937 rng(static_cast<uint32_t>(std::hash<std::string>{}(c.name)) + 1u);
   for (int trial = 0; trial < c.randomTrials; ++trial) {
-    vt::Call base = c.valid();
-    if (c.randomize)
-      c.randomize(base, rng);
-    else
-      base.randomize_inputs(rng);
+    vt::Call base = random_valid(c, rng);
     for (const vt::ParamInfo* p : floats) {
       const vt::Role r = base.role(p->name);
       if (r != vt::Role::In && r != vt::Role::InOut && r != vt::Role::Frames) continue;
@@ -194,5 +224,27 @@ TEST_P(LevelsAgreeNonFinite, OnNaNsAndInfinitiesInTheInputs) {
 // Only exports that read floating-point arrays.
 INSTANTIATE_TEST_SUITE_P(All, LevelsAgreeNonFinite,
                          testing::ValuesIn(contract_list(same_at_every_level_and_reads_floats)), contract_name);
+
+// Hostile contents: on the contract's random valid scalars, every input
+// word is redrawn as -32768, 32767, uniform or small (vt::Adversarial), so
+// that the saturating arithmetic saturates and searches meet ties at their
+// caps; statuses and bytes must still agree at every level.
+class LevelsAgreeHostile : public testing::TestWithParam<const vt::Contract*> {};
+
+TEST_P(LevelsAgreeHostile, OnFullScaleInputs) {
+  const vt::Contract& c = *GetParam();
+  if (!c.sameAtEveryLevel) GTEST_SKIP() << "differs by level by design";
+  const auto seed = static_cast<uint32_t>(std::hash<std::string>{}(c.name)) + 2u;
+  std::mt19937 rng(seed);
+  vt::Adversarial words(seed);
+  for (int trial = 0; trial < c.hostileTrials; ++trial) {
+    vt::Call base = random_valid(c, rng);
+    vt::fz::fill_inputs(base, words);
+    expect_same_at_every_level(base, trial);
+    if (HasFailure()) break;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LevelsAgreeHostile, testing::ValuesIn(contract_list()), contract_name);
 
 }  // namespace

@@ -27,6 +27,22 @@ TEST(FuzzSmoke, RandomInputs) {
   }
 }
 
+// The same driver on hostile contents (full-scale values, see Adversarial):
+// every successful call must give the same bytes at level 0 and at the
+// highest level, at the fuzz hooks' random sizes (every vector block
+// remainder).
+TEST(FuzzSmoke, AdversarialInputs) {
+  int failures = 0;
+  for (uint32_t k = 0; k < 6000 && failures < 10; ++k) {
+    vt::Adversarial in(k);
+    const std::string broken = vt::fuzz_one(in);
+    if (!broken.empty()) {
+      ADD_FAILURE() << broken;
+      ++failures;
+    }
+  }
+}
+
 // The valid call of every contract, written as a seed (the corpus's seed
 // for exports without golden files), passes the driver and decodes back to
 // a call that passes too.

@@ -55,18 +55,6 @@ bool fuzz_with_mode(vt::Call& call, vt::FuzzInput& in, std::initializer_list<Mod
   return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(!ok, vspStsRangeErr).to(in);
 }
 
-// Fuzz hook of the one-length vector functions (len >= 1).
-bool fuzz_len(vt::Call& call, vt::FuzzInput& in, std::initializer_list<const char*> ins,
-              std::initializer_list<const char*> outs) {
-  const int64_t len = fz::pick(in, "len", -2, 5000);
-  const auto n = fz::count(len >= 1, len, 2);
-  for (const char* name : ins) call.in(name, n);
-  for (const char* name : outs) call.out(name, n);
-  call.scalar("len", len);
-  fz::fill_inputs(call, in);
-  return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(len < 1, vspStsSizeErr).to(in);
-}
-
 }  // namespace
 
 VT_CONTRACT(legacy90vspsAutoCorr_GSMAMR_16s32s) {
@@ -129,6 +117,7 @@ VT_CONTRACT(legacy90vspsLSFToLSP_GSMAMR_16s) {
 
 VT_CONTRACT(legacy90vspsLSPQuant_GSMAMR_16s) {
   vt::Contract c;
+  c.hostileTrials = 600;  // the searches saturate, or tie at their caps, only on rare targets
   c.valid = [=] {
     std::mt19937 rng(7);
     auto lsp = amrt::random_lsp(rng);
@@ -202,7 +191,7 @@ VT_CONTRACT(legacy90vspsInterpolate_GSMAMR_16s) {
   c.valid = [=] { return vt::Call(name).in("pSrcCur", 10).in("pSrcPrev", 10).out("pDst", 10).scalar("len", 10); };
   c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr),
               vt::bad("len", INT32_MIN, vspStsSizeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_len(call, in, {"pSrcCur", "pSrcPrev"}, {"pDst"}); };
+  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fz::len_hook(call, in, {"pSrcCur", "pSrcPrev"}, {"pDst"}); };
   return c;
 }
 
@@ -218,7 +207,7 @@ VT_CONTRACT(legacy90vspsPreemphasize_GSMAMR_16s) {
   };
   c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
     call.scalar("gamma", in.scalar("gamma", INT16_MIN, INT16_MAX)).inout("pMem", 1);
-    return fuzz_len(call, in, {"pSrc"}, {"pDst"});
+    return fz::len_hook(call, in, {"pSrc"}, {"pDst"});
   };
   return c;
 }

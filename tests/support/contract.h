@@ -59,6 +59,10 @@ struct Contract {
   // False where the result differs by level by design (the version record).
   bool sameAtEveryLevel = true;
   int randomTrials = 24;
+  // Trials of the same comparison on hostile contents (every input word
+  // full-scale or random, see vt::Adversarial): more for exports whose
+  // vector searches saturate only on rare inputs.
+  int hostileTrials = 48;
   // Fuzzing: chooses the call's scalars (inside or outside their ranges)
   // through the FuzzInput, sizes every buffer to exactly what the call may
   // read and write for them, and fills the inputs. Returns false to skip

@@ -55,4 +55,24 @@ bool SeedWriter::choice(std::string_view) {
   return false;
 }
 
+int64_t Adversarial::scalar(std::string_view, int64_t lo, int64_t hi) {
+  if (hi <= lo) return lo;
+  const uint64_t span = static_cast<uint64_t>(hi) - static_cast<uint64_t>(lo) + 1;  // 0: the whole range
+  const uint64_t u = rng_();
+  return static_cast<int64_t>(static_cast<uint64_t>(lo) + (span == 0 ? u : u % span));
+}
+
+void Adversarial::fill(std::string_view, std::span<uint8_t> mem) {
+  for (std::size_t o = 0; o < mem.size(); o += 2) {
+    const uint64_t r = rng_();
+    const auto kind = r % 4;
+    const uint16_t w = kind == 0   ? 0x8000
+                       : kind == 1 ? 0x7FFF
+                       : kind == 2 ? uint16_t(r >> 8)
+                                   : uint16_t(int((r >> 8) % 4001) - 2000);
+    mem[o] = static_cast<uint8_t>(w);
+    if (o + 1 < mem.size()) mem[o + 1] = static_cast<uint8_t>(w >> 8);
+  }
+}
+
 }  // namespace vt

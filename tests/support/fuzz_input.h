@@ -7,6 +7,7 @@
 
 #include <climits>
 #include <cstdint>
+#include <random>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -77,6 +78,22 @@ class SeedWriter final : public FuzzInput {
   Call ref_;
   int64_t exportIndex_;
   std::vector<uint8_t> bytes_;
+};
+
+// Random answers for the cross-level comparison on hostile inputs: scalars
+// uniform in their range, buffers filled with 16-bit words of which a
+// quarter each are -32768, 32767, uniform and small (-2000..2000): values
+// that make saturating arithmetic saturate (and, read as 32-bit or float
+// elements, extreme magnitudes, infinities and NaNs).
+class Adversarial final : public FuzzInput {
+ public:
+  explicit Adversarial(uint32_t seed) : rng_(seed) {}
+  int64_t scalar(std::string_view param, int64_t lo, int64_t hi) override;
+  void fill(std::string_view param, std::span<uint8_t> mem) override;
+  bool choice(std::string_view) override { return (rng_() & 1) != 0; }
+
+ private:
+  std::mt19937_64 rng_;
 };
 
 }  // namespace vt
