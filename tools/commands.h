@@ -31,8 +31,9 @@ int cmd_g711(const Args& args, FILE* out, FILE* err);
 int cmd_g722(const Args& args, FILE* out, FILE* err);
 int cmd_g726(const Args& args, FILE* out, FILE* err);
 int cmd_gsmfr(const Args& args, FILE* out, FILE* err);
+int cmd_amr(const Args& args, FILE* out, FILE* err);
 extern const CommandSpec kDemoSpec, kInfoSpec, kLpcSpec, kAecSpec, kToneSpec, kG711Spec, kG722Spec, kG726Spec,
-    kGsmfrSpec;
+    kGsmfrSpec, kAmrSpec;
 
 // Parses a command's words; the exit status to return at once (0 after
 // --help, 2 on a usage error) or -1 to go on.

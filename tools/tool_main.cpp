@@ -15,7 +15,8 @@ namespace {
 
 const Command kCommands[] = {{kDemoSpec, cmd_demo}, {kLpcSpec, cmd_lpc},     {kAecSpec, cmd_aec},
                              {kToneSpec, cmd_tone}, {kG711Spec, cmd_g711},   {kG722Spec, cmd_g722},
-                             {kG726Spec, cmd_g726}, {kGsmfrSpec, cmd_gsmfr}, {kInfoSpec, cmd_info}};
+                             {kG726Spec, cmd_g726}, {kGsmfrSpec, cmd_gsmfr}, {kAmrSpec, cmd_amr},
+                             {kInfoSpec, cmd_info}};
 
 int usage(FILE* f, int status) {
   std::fprintf(f, "usage: vsps [command] [arguments]   (the default command is demo)\n");

@@ -154,3 +154,116 @@ VSPS_FN(VspStatus, legacy90vspsInterpolate_GSMAMR_16s, (const Vsp16s* pSrcCur, c
  * Checks: pSrc, pDst or pMem null: vspStsNullPtrErr; len < 1:
  * vspStsSizeErr; nothing is written on failure. */
 VSPS_FN(VspStatus, legacy90vspsPreemphasize_GSMAMR_16s, (Vsp16s gamma, const Vsp16s* pSrc, Vsp16s* pDst, int len, Vsp16s* pMem), (gamma, pSrc, pDst, len, pMem))
+
+/* ======================================================================
+ * GSM-AMR decoder steps (TS 26.073 Decoder_amr, Post_Filter)
+ * ====================================================================== */
+
+/* Common to the decoder steps: `mode` is the frame's speech rate as a
+ * VspSpeechBitRate value (0, 1, 3, 6, 7, 8, 11 or 12; 25 only where said),
+ * otherwise vspStsRangeErr. pState is the decoder's state block (any
+ * alignment) of legacy90vspsDecoderStateSize_GSMAMR bytes, formatted by
+ * legacy90vspsDecoderInit_GSMAMR. Parameters pSrcPrm / pSrcDstPrm are the
+ * frame's parameters in transmission order as TS 26.073 Bits2prm gives them
+ * (17, 19, 19, 19, 19, 23, 39, 57 for the eight rates); values wider than
+ * their bit field are masked to the field where they index a table. LP
+ * filters are 4 x 11 Q12 coefficients (a[0] = 4096), one set per subframe.
+ * A caller's frame: FrameStart; if it reports a speech frame, for each of
+ * the four subframes DecodeExcitation then DecoderSynthesis; FrameEnd;
+ * otherwise ComfortNoise. Then legacy90vspsPostFilter_GSMAMR_16s and the
+ * post-processing high-pass (legacy90vspsHighPassFilter_G729_16s_ISfs with
+ * the 100 Hz set, the same filter as TS 26.073 Post_Process), and the output
+ * masked to 13 bits (& 0xFFF8). Arithmetic: bit-exact with TS 26.073. */
+
+/* Writes the byte size of the decoder state block to *pSize.
+ * Checks: pSize null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsDecoderStateSize_GSMAMR, (int* pSize), (pSize))
+
+/* Formats a decoder state block: the full decoder reset (Decoder_amr_reset
+ * of a speech mode, with the code-gain predictor, the comfort-noise decoder
+ * in its DTX state, the LSF and LSP memories). Also the decoder homing reset.
+ * Checks: pState null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsDecoderInit_GSMAMR, (Vsp8u* pState), (pState))
+
+/* Start of a received frame: the DTX receive state machine (rx_dtx_handler)
+ * from rxType (TS 26.073 RX types: 0 speech good, 1 speech degraded, 2 onset,
+ * 3 speech bad, 4 SID_FIRST, 5 SID_UPDATE, 6 SID bad, 7 no data) writes the
+ * new state to *pDtxState (0 speech, 1 comfort noise, 2 comfort noise muted).
+ * For a comfort-noise state nothing else is done (the caller continues with
+ * legacy90vspsComfortNoise_GSMAMR_16s). For speech: bad-frame flags and the
+ * concealment state 0..6, random parameters written into pSrcDstPrm for
+ * lost (7) and onset (2) frames (build_CN_param), LSF decoding with
+ * concealment and the four interpolated LP filters into pDstLpc (44).
+ * Checks: any pointer null: vspStsNullPtrErr; rxType outside 0..7 or mode
+ * (25 refused): vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsDecoderFrameStart_GSMAMR_16s, (Vsp16s* pSrcDstPrm, int rxType, Vsp8u* pState, Vsp16s* pDstLpc, int* pDtxState, int mode), (pSrcDstPrm, rxType, pState, pDstLpc, pDtxState, mode))
+
+/* Excitation of subframe subfr (0..3) of a speech frame: lag decoding (1/3
+ * or 1/6 resolution, relative in the odd subframes and at 4.75/5.15 kbit/s
+ * also in subframe 2) with bad-frame concealment, adaptive vector
+ * (Pred_lt_3or6), fixed codebook with pitch sharpening, gains (joint tables,
+ * scalar at 7.95/12.2 kbit/s, MA code-gain prediction) or their concealment
+ * (ec_gain), background-noise limits, code-gain averaging, phase dispersion
+ * and excitation control. pDstExc (40) is the synthesis input: the enhanced
+ * excitation, with the pitch emphasis and its gain control (agc2) when the
+ * doubled sharpening exceeds 0.5. The adaptive-codebook memory in pState
+ * gets the total excitation.
+ * Checks: any pointer null: vspStsNullPtrErr; subfr outside 0..3 or mode
+ * (25 refused): vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsDecodeExcitation_GSMAMR_16s, (const Vsp16s* pSrcPrm, Vsp8u* pState, Vsp16s* pDstExc, int subfr, int mode), (pSrcPrm, pState, pDstExc, subfr, mode))
+
+/* Synthesis of one subframe through 1/A(z) (pSrcLpc: 11 Q12) from pSrcExc
+ * (40) into pDstSynth (40) with the memory in pState. If any operation of
+ * the filter saturates, the whole excitation memory and the subframe's
+ * enhanced excitation are divided by 4 and the subframe is synthesised again
+ * from that enhanced excitation (TS 26.073 overflow handling). Then the
+ * excitation memory advances by one subframe.
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsDecoderSynthesis_GSMAMR_16s, (const Vsp16s* pSrcLpc, const Vsp16s* pSrcExc, Vsp8u* pState, Vsp16s* pDstSynth), (pSrcLpc, pSrcExc, pState, pDstSynth))
+
+/* End of a speech frame from its synthesis pSrcSynth (160): background-noise
+ * detector (Bgn_scd), the comfort-noise decoder's LSF and energy history,
+ * the LSF average, the bad-frame flags of the next frame.
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsDecoderFrameEnd_GSMAMR_16s, (const Vsp16s* pSrcSynth, Vsp8u* pState), (pSrcSynth, pState))
+
+/* Comfort-noise frame (TS 26.073 dtx_dec, after the partial decoder reset
+ * of comfort-noise frames), for a frame legacy90vspsDecoderFrameStart_GSMAMR_16s
+ * reported as comfort noise (state 1 or 2). pSrcSid holds the 5 SID
+ * parameters (LSF init index, three LSF indices, energy index), read only
+ * when the frame is a good SID_UPDATE. Backward analysis of the decoded
+ * speech after the hangover, interpolation between SID updates, LSF
+ * variability, random excitation (10 pulses a subframe) scaled to the
+ * interpolated energy, synthesis into pDstSynth (160); pDstLpc (44) gets the
+ * interpolated filter four times (for the post-filter). mode is the speech
+ * rate of the frame (for the level adjustment).
+ * Checks: any pointer null: vspStsNullPtrErr; mode (25 refused):
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsComfortNoise_GSMAMR_16s, (const Vsp16s* pSrcSid, Vsp8u* pState, Vsp16s* pDstLpc, Vsp16s* pDstSynth, int mode), (pSrcSid, pState, pDstLpc, pDstSynth, mode))
+
+/* Decoder homing frame test (TS 26.073 decoder_homing_frame_test and its
+ * _first variant): *pResult = 1 when the parameters equal those of the
+ * mode's decoder homing frame, all of them (firstSubframe = 0) or those up
+ * to the first subframe's (firstSubframe != 0), else 0.
+ * Checks: any pointer null: vspStsNullPtrErr; mode (25 refused):
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsHomingFrameTest_GSMAMR_16s, (const Vsp16s* pSrcPrm, int firstSubframe, int* pResult, int mode), (pSrcPrm, firstSubframe, pResult, mode))
+
+/* Writes the byte size of the post-filter state to *pSize.
+ * Checks: pSize null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsPostFilterStateSize_GSMAMR, (int* pSize), (pSize))
+
+/* Formats a post-filter state (any alignment): memories zero, AGC gain 1.0.
+ * Checks: pState null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsPostFilterInit_GSMAMR, (Vsp8u* pState), (pState))
+
+/* Post-filter of a decoded frame in place (160 samples), TS 26.073
+ * Post_Filter: per subframe with the decoded filter pSrcLpc (4 x 11 Q12)
+ * the residual through A(z/g3), tilt compensation from the first two
+ * correlations of the impulse response of A(z/g3)/A(z/g4) (factor 0.8),
+ * synthesis through 1/A(z/g4), adaptive gain control to the input energy
+ * (factor 0.9); g3/g4 = 0.7/0.75 at 10.2 and 12.2 kbit/s, else 0.55/0.7
+ * (powers in the standard's tables). Mode 25 is accepted and uses the
+ * factors of the lower rates.
+ * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsPostFilter_GSMAMR_16s, (const Vsp16s* pSrcLpc, Vsp16s* pSrcDstSpeech, Vsp8u* pState, int mode), (pSrcLpc, pSrcDstSpeech, pState, mode))

@@ -29,6 +29,8 @@ Call& Call::buffer(std::string_view name, Role role, std::size_t count, uint8_t 
   a.role = role;
   a.set = true;
   a.mem.assign(count * (p.elemSize == 0 ? 1 : p.elemSize), fill);
+  a.mem.resize(a.mem.size() + kCanaryBytes, kCanaryByte);
+  a.guarded = true;
   return *this;
 }
 
@@ -43,6 +45,8 @@ Call& Call::bytes(std::string_view name, std::size_t count, std::size_t misalign
   a.set = true;
   a.misalign = misalign;
   a.mem.assign(count + misalign, kGuardByte);
+  a.mem.resize(a.mem.size() + kCanaryBytes, kCanaryByte);
+  a.guarded = true;
   return *this;
 }
 
@@ -95,6 +99,8 @@ Call& Call::frames(std::string_view name, std::size_t count, std::size_t stride,
   a.frameStride = stride;
   a.mem.assign(count * sizeof(void*), 0);
   a.own.assign(std::max(count * stride, minBacking) * p.frameElemSize, 0);
+  a.own.resize(a.own.size() + kCanaryBytes, kCanaryByte);
+  a.ownGuarded = true;
   return *this;
 }
 
@@ -168,7 +174,9 @@ int64_t Call::invoke() {
         break;
       case Role::Frames: {
         const bool own = a.backing == kOwnBacking;
-        std::vector<uint8_t>& backing = own ? a.own : args_[static_cast<std::size_t>(a.backing)].mem;
+        Arg& b = own ? a : args_[static_cast<std::size_t>(a.backing)];
+        uint8_t* backing = own ? a.own.data() : b.mem.data();
+        const std::size_t backingSize = own ? a.own_size() : b.mem_size();
         const std::size_t skip = own ? 0 : args_[static_cast<std::size_t>(a.backing)].misalign;
         const std::size_t elem = own ? p.frameElemSize : fn_->params[static_cast<std::size_t>(a.backing)].elemSize;
         // The table entries point into the backing buffer (or at its start
@@ -176,7 +184,7 @@ int64_t Call::invoke() {
         auto** table = reinterpret_cast<uint8_t**>(a.mem.data());
         for (std::size_t m = 0; m < a.frameCount; ++m) {
           const std::size_t off = m * a.frameStride * elem;
-          table[m] = backing.data() + skip + (off + elem <= backing.size() - skip ? off : 0);
+          table[m] = backing + skip + (off + elem <= backingSize - skip ? off : 0);
         }
         slots[k].p = a.mem.data();
         break;
@@ -184,22 +192,38 @@ int64_t Call::invoke() {
       default: {
         // An empty buffer is still a valid, non-null pointer.
         static uint64_t emptyBuffer[2];
-        slots[k].p = a.mem.empty() ? static_cast<void*>(emptyBuffer) : a.mem.data() + a.misalign;
+        slots[k].p = a.mem_size() == 0 && !a.guarded ? static_cast<void*>(emptyBuffer) : a.mem.data() + a.misalign;
         break;
       }
     }
   }
-  return fn_->call(slots.data());
+  const int64_t result = fn_->call(slots.data());
+  check_canaries();
+  return result;
+}
+
+void Call::check_canaries() const {
+  auto intact = [](const std::vector<uint8_t>& v, std::size_t from) {
+    return std::all_of(v.begin() + static_cast<std::ptrdiff_t>(from), v.end(),
+                       [](uint8_t b) { return b == kCanaryByte; });
+  };
+  for (std::size_t k = 0; k < args_.size(); ++k) {
+    const Arg& a = args_[k];
+    if ((a.guarded && !intact(a.mem, a.mem_size())) || (a.ownGuarded && !intact(a.own, a.own_size())))
+      throw std::runtime_error(describe() + " wrote past the end of " + fn_->params[k].name);
+  }
 }
 
 std::vector<std::vector<uint8_t>> Call::snapshot() const {
   std::vector<std::vector<uint8_t>> s;
   for (const Arg& a : args_) {
     if (a.role == Role::Frames) {
-      s.push_back(a.backing == kOwnBacking ? a.own : std::vector<uint8_t>{});
+      s.push_back(a.backing == kOwnBacking
+                      ? std::vector<uint8_t>(a.own.begin(), a.own.begin() + static_cast<std::ptrdiff_t>(a.own_size()))
+                      : std::vector<uint8_t>{});
       continue;
     }
-    std::vector<uint8_t> bytes = a.mem;
+    std::vector<uint8_t> bytes(a.mem.begin(), a.mem.begin() + static_cast<std::ptrdiff_t>(a.mem_size()));
     if (!a.selfPointers.empty() && !bytes.empty()) {
       const auto base = reinterpret_cast<uintptr_t>(a.mem.data());
       const auto startOff = ((base + a.misalign + 15) & ~uintptr_t(15)) - base;
@@ -223,7 +247,7 @@ void Call::randomize_inputs(std::mt19937& rng) {
     const bool ownFrames = a.role == Role::Frames && a.backing == kOwnBacking;
     if (a.role != Role::In && a.role != Role::InOut && !ownFrames) continue;
     uint8_t* d = ownFrames ? a.own.data() : a.mem.data() + (a.offsetBytes ? 0 : a.misalign);
-    const std::size_t n = ownFrames ? a.own.size() : a.mem.size() - (a.offsetBytes ? 0 : a.misalign);
+    const std::size_t n = ownFrames ? a.own_size() : a.mem_size() - (a.offsetBytes ? 0 : a.misalign);
     switch (ownFrames ? p.frameElem : p.elem) {
       case Elem::F32:
       case Elem::C32F: {
@@ -269,7 +293,7 @@ std::string Call::describe() const {
         os << "[" << a.frameCount << " frames of " << a.frameStride << "]";
         break;
       default:
-        os << "[" << a.mem.size() - a.misalign << " bytes]";
+        os << "[" << a.mem_size() - a.misalign << " bytes]";
         break;
     }
   }

@@ -19,6 +19,11 @@ enum class Role { Scalar, In, Out, InOut, Null, Frames };
 
 // Byte pattern of untouched output memory.
 inline constexpr uint8_t kGuardByte = 0xA5;
+// Every buffer the harness allocates is followed by kCanaryBytes bytes of
+// kCanaryByte; invoke() fails the call when any of them changed (a write
+// past the end). 64 bytes cover one whole AVX-512 block.
+inline constexpr uint8_t kCanaryByte = 0x3C;
+inline constexpr std::size_t kCanaryBytes = 64;
 
 class Call {
  public:
@@ -69,15 +74,17 @@ class Call {
   std::span<T> buf(std::string_view name) {
     Arg& a = arg(name);
     if (a.role == Role::Frames && a.backing == kOwnBacking)
-      return {reinterpret_cast<T*>(a.own.data()), a.own.size() / sizeof(T)};
+      return {reinterpret_cast<T*>(a.own.data()), a.own_size() / sizeof(T)};
     const std::size_t skip = a.offsetBytes ? 0 : a.misalign;
-    return {reinterpret_cast<T*>(a.mem.data() + skip), (a.mem.size() - skip) / sizeof(T)};
+    return {reinterpret_cast<T*>(a.mem.data() + skip), (a.mem_size() - skip) / sizeof(T)};
   }
   int64_t scalar_value(std::string_view name) const;
   Role role(std::string_view name) const;
   bool has(std::string_view name) const;  // set by the builder
 
   // Runs the export; returns the status (or the pointer result as integer).
+  // Throws std::runtime_error when the export wrote past the end of a
+  // buffer (a changed canary byte).
   int64_t invoke();
 
   // Every byte of every pointer argument, in parameter order.
@@ -107,7 +114,12 @@ class Call {
     std::vector<uint8_t> own;               // Frames with their own backing
     bool offsetBytes = false;               // misalign is an element offset (offset())
     std::vector<std::size_t> selfPointers;  // byte offsets from the aligned start
+    bool guarded = false;                   // mem ends in kCanaryBytes canary bytes
+    bool ownGuarded = false;                // own ends in kCanaryBytes canary bytes
+    std::size_t mem_size() const { return mem.size() - (guarded ? kCanaryBytes : 0); }
+    std::size_t own_size() const { return own.size() - (ownGuarded ? kCanaryBytes : 0); }
   };
+  void check_canaries() const;
   static constexpr int kOwnBacking = -2;
   void rebase_self_pointers(const Call& from);
   Arg& arg(std::string_view name);
@@ -120,7 +132,7 @@ class Call {
     if (p.elemSize == 0 || (values.size() * sizeof(T)) % p.elemSize != 0)
       throw std::runtime_error(std::string(name) + ": values do not fill whole elements");
     buffer(name, role, values.size() * sizeof(T) / p.elemSize, 0);
-    std::memcpy(arg(name).mem.data(), values.data(), values.size() * sizeof(T));
+    std::memcpy(arg(name).mem.data(), values.data(), values.size() * sizeof(T));  // canary behind
     return *this;
   }
 
