@@ -195,6 +195,11 @@ typedef struct VspsEncoderState_G726_16s VspsEncoderState_G726_16s;
  * fields, 104 bytes); formatted by legacy90vspsDecodeInit_G726_8u16s,
  * movable. */
 typedef struct VspsDecoderState_G726_16s VspsDecoderState_G726_16s;
+/** State of a G.722 encoder (QMF delay line and both sub-band ADPCM
+ * states); formatted by legacy90vspsEncodeInit_G722_16s8u. */
+typedef struct VspsEncoderState_G722_16s VspsEncoderState_G722_16s;
+/** State of a G.722 decoder; formatted by legacy90vspsDecodeInit_G722_8u16s. */
+typedef struct VspsDecoderState_G722_16s VspsDecoderState_G722_16s;
 
 /* ---- Functions ----------------------------------------------------------- */
 #define VSPS_SERVICE(ret, name, params, args) VSPS_API ret VSPS_CALL name params;

@@ -26,4 +26,6 @@
 #include "vsps/gsmamr.h"
 #include "vsps/ec.h"
 #include "vsps/g711.h"
+#include "vsps/g722.h"
 #include "vsps/g726.h"
+#include "vsps/gsmfr.h"

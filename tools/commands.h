@@ -28,10 +28,13 @@ int cmd_lpc(const Args& args, FILE* out, FILE* err);
 int cmd_aec(const Args& args, FILE* out, FILE* err);
 int cmd_tone(const Args& args, FILE* out, FILE* err);
 int cmd_g711(const Args& args, FILE* out, FILE* err);
+int cmd_g722(const Args& args, FILE* out, FILE* err);
 int cmd_g726(const Args& args, FILE* out, FILE* err);
 int cmd_g729(const Args& args, FILE* out, FILE* err);
+int cmd_gsmfr(const Args& args, FILE* out, FILE* err);
 int cmd_amr(const Args& args, FILE* out, FILE* err);
-extern const CommandSpec kDemoSpec, kInfoSpec, kLpcSpec, kAecSpec, kToneSpec, kG711Spec, kG726Spec, kG729Spec, kAmrSpec;
+extern const CommandSpec kDemoSpec, kInfoSpec, kLpcSpec, kAecSpec, kToneSpec, kG711Spec, kG722Spec, kG726Spec,
+    kG729Spec, kGsmfrSpec, kAmrSpec;
 
 // Parses a command's words; the exit status to return at once (0 after
 // --help, 2 on a usage error) or -1 to go on.

@@ -13,7 +13,9 @@ files=("$@")
 if [ ${#files[@]} -eq 0 ]; then
   mapfile -t files < <(cd "$src/$family" && ls *.txt)
 fi
-for f in "${files[@]}"; do
+for spec in "${files[@]}"; do
+  f=${spec%%=*}
+  target=${spec#*=}
   sed -E \
     -e '/^#/ s/^# Part [0-9]+\.[0-9]+ /# /' \
     -e '/^#/ s/Part [0-9]+\.[0-9]+: //g' \
@@ -22,6 +24,6 @@ for f in "${files[@]}"; do
     -e '/^#/ s/\(the contract\)/(the contract)/g' \
     -e '/^#/ s/[Ss]pecification|\bspec\b/contract/g' \
     -e '/^case / s/sp[e]c-/doc-/' \
-    "$src/$family/$f" > "$dst/$f"
+    "$src/$family/$f" > "$dst/$target"
 done
 echo "imported ${#files[@]} file(s) into $dst"

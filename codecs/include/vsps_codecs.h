@@ -192,8 +192,7 @@ VSPS_CODECS_API VspStatus vspscodecG726EncoderOutputBytes(const VspscodecG726Enc
  * with zero padding: give blocks of a multiple of 8 samples except the
  * last. Checks: enc, samples, out null vspStsNullPtrErr; n < 1
  * vspStsSizeErr. */
-VSPS_CODECS_API VspStatus vspscodecG726EncoderEncode(VspscodecG726Encoder* enc, const void* samples, int n,
-                                                     Vsp8u* out);
+VSPS_CODECS_API VspStatus vspscodecG726EncoderEncode(VspscodecG726Encoder* enc, const void* samples, int n, Vsp8u* out);
 
 /* Bytes of a decoder object (written to *size). */
 VSPS_CODECS_API VspStatus vspscodecG726DecoderGetSize(int* size);
@@ -210,8 +209,7 @@ VSPS_CODECS_API VspStatus vspscodecG726DecoderInputBytes(const VspscodecG726Deco
  * output samples (Vsp16s* for the linear law, Vsp8u* code words for A-law
  * and mu-law). Checks: dec, in, samples null vspStsNullPtrErr; n < 1
  * vspStsSizeErr. */
-VSPS_CODECS_API VspStatus vspscodecG726DecoderDecode(VspscodecG726Decoder* dec, const Vsp8u* in, int n,
-                                                     void* samples);
+VSPS_CODECS_API VspStatus vspscodecG726DecoderDecode(VspscodecG726Decoder* dec, const Vsp8u* in, int n, void* samples);
 
 /* ---- G.729 (main body, Annex A, Annex B) --------------------------------- */
 
@@ -281,6 +279,91 @@ VSPS_CODECS_API VspStatus vspscodecG729SerialWrite(const VspsG729Frame* pFrame, 
 VSPS_CODECS_API VspStatus vspscodecG729RtpRead(const Vsp8u* pBytes, int nBytes, VspsG729Frame* pFrame);
 VSPS_CODECS_API VspStatus vspscodecG729RtpWrite(const VspsG729Frame* pFrame, Vsp8u* pBytes, int* pWritten);
 
+/* ---- G.722 --------------------------------------------------------------- */
+typedef struct VspscodecG722Encoder VspscodecG722Encoder; /* opaque encoder object */
+typedef struct VspscodecG722Decoder VspscodecG722Decoder; /* opaque decoder object */
+
+/* Bytes of an encoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG722EncoderGetSize(int* size);
+/* Formats an encoder in the reset state (also the reset). Errors: null:
+ * vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecG722EncoderInit(VspscodecG722Encoder* enc);
+/* Encodes n samples at 16 kHz (n even) into n/2 octets (ih << 6 | il: the
+ * 64 kbit/s stream). Statuses of legacy90vspsEncode_G722_16s8u. */
+VSPS_CODECS_API VspStatus vspscodecG722EncoderEncode(VspscodecG722Encoder* enc, const Vsp16s* pcm, int n,
+                                                     Vsp8u* octets);
+
+/* Bytes of a decoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecG722DecoderGetSize(int* size);
+/* Formats a decoder for mode 1, 2 or 3 (64, 56, 48 kbit/s: the octets'
+ * 0, 1 or 2 low bits are auxiliary data and ignored). Errors: null:
+ * vspStsNullPtrErr; another mode: vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecG722DecoderInit(VspscodecG722Decoder* dec, int mode);
+/* Decodes n octets into 2 n samples at 16 kHz. Statuses of
+ * legacy90vspsDecode_G722_8u16s. */
+VSPS_CODECS_API VspStatus vspscodecG722DecoderDecode(VspscodecG722Decoder* dec, const Vsp8u* octets, int n,
+                                                     Vsp16s* pcm);
+
+/* The configuration of the digital test sequences (QMF bypassed): n lower-
+ * and higher-band samples into n octets, and n octets into n lower- and
+ * higher-band samples (the decoder's mode applies). These keep their own
+ * sub-band states in the object, reset by Init; use an object either this
+ * way or with EncoderEncode/DecoderDecode. Errors: null: vspStsNullPtrErr; n < 1:
+ * vspStsSizeErr; statuses of the sub-band steps. */
+VSPS_CODECS_API VspStatus vspscodecG722EncoderEncodeBands(VspscodecG722Encoder* enc, const Vsp16s* xl, const Vsp16s* xh,
+                                                          int n, Vsp8u* octets);
+VSPS_CODECS_API VspStatus vspscodecG722DecoderDecodeBands(VspscodecG722Decoder* dec, const Vsp8u* octets, int n,
+                                                          Vsp16s* rl, Vsp16s* rh);
+
+/* ---- GSM 06.10 full rate ------------------------------------------------- */
+/* Samples per frame (20 ms at 8 kHz), parameters per frame, octets of the
+ * packed frame and of the test-sequence frame. */
+enum {
+  vspscodecGsmfrFrame = 160,
+  vspscodecGsmfrParams = 76,
+  vspscodecGsmfrPackedBytes = 33,
+  vspscodecGsmfrCodBytes = 152
+};
+
+typedef struct VspscodecGsmfrEncoder VspscodecGsmfrEncoder; /* opaque encoder object */
+typedef struct VspscodecGsmfrDecoder VspscodecGsmfrDecoder; /* opaque decoder object */
+
+/* Bytes of an encoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecGsmfrEncoderGetSize(int* size);
+/* Formats an encoder in the reset state. Errors: null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecGsmfrEncoderInit(VspscodecGsmfrEncoder* enc);
+/* Encodes one frame of 160 samples (the standard keeps their top 13 bits)
+ * into the 76 parameters: LARc[1..8], then per subframe Nc, bc, Mc, xmaxc,
+ * xMc[0..12]. */
+VSPS_CODECS_API VspStatus vspscodecGsmfrEncoderEncode(VspscodecGsmfrEncoder* enc, const Vsp16s* pcm, Vsp16s* params);
+
+/* Bytes of a decoder object (written to *size). */
+VSPS_CODECS_API VspStatus vspscodecGsmfrDecoderGetSize(int* size);
+/* Formats a decoder in the reset state. Errors: null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecGsmfrDecoderInit(VspscodecGsmfrDecoder* dec);
+/* Decodes the 76 parameters of one frame into 160 samples (multiples of
+ * 8). A lag outside 40..120 is replaced by the last valid one. A parameter
+ * outside its field (vspscodecGsmfrCheckParams) gives vspStsRangeErr with
+ * the decoder state and the output unchanged. */
+VSPS_CODECS_API VspStatus vspscodecGsmfrDecoderDecode(VspscodecGsmfrDecoder* dec, const Vsp16s* params, Vsp16s* pcm);
+
+/* vspStsNoErr when each of the 76 parameters fits its field (6,6,5,5,4,4,
+ * 3,3 bits for LARc; 7, 2, 2, 6 and 13 x 3 bits per subframe), else
+ * vspStsRangeErr; null: vspStsNullPtrErr. */
+VSPS_CODECS_API VspStatus vspscodecGsmfrCheckParams(const Vsp16s* params);
+/* Packs 76 parameters into the 33-octet frame of the common file and RTP
+ * format: the signature 0xD in the top 4 bits, then the fields most
+ * significant bit first. Errors: null; a parameter outside its field:
+ * vspStsRangeErr (nothing written). */
+VSPS_CODECS_API VspStatus vspscodecGsmfrPack(const Vsp16s* params, Vsp8u* frame);
+/* Unpacks a 33-octet frame. Errors: null; a signature other than 0xD:
+ * vspStsBadArgErr (nothing written). */
+VSPS_CODECS_API VspStatus vspscodecGsmfrUnpack(const Vsp8u* frame, Vsp16s* params);
+/* The test-sequence format: 76 parameters as 16-bit little-endian words
+ * (152 octets). ToCod checks the fields like Pack; FromCod gives
+ * vspStsRangeErr for a word outside its field (nothing written). */
+VSPS_CODECS_API VspStatus vspscodecGsmfrToCod(const Vsp16s* params, Vsp8u* words);
+VSPS_CODECS_API VspStatus vspscodecGsmfrFromCod(const Vsp8u* words, Vsp16s* params);
 
 #ifdef __cplusplus
 }

@@ -1,0 +1,42 @@
+// GSM 06.10 clauses 4.2.8 to 4.2.10: LAR decoding, interpolation with the
+// previous frame, and the short-term analysis lattice over one frame.
+#include "core/basic_ops.h"
+#include "gsmfr/gsmfr_ops.h"
+#include "vsps.h"
+
+namespace vsps::VSPS_NS {
+
+VspStatus legacy90vspsShortTermAnalysis_GSMFR_16s(const Vsp16s* pSrcLARc, const Vsp16s* pSrc, Vsp16s* pDst,
+                                                  Vsp16s* pLARpp, Vsp16s* pMem) {
+  if (pSrcLARc == nullptr || pSrc == nullptr || pDst == nullptr || pLARpp == nullptr || pMem == nullptr)
+    return vspStsNullPtrErr;
+  if (!gsmfr::lar_codes_valid(pSrcLARc)) return vspStsRangeErr;
+  using vsps::gsmfr::kOrder;
+  int16_t cur[kOrder], prev[kOrder], u[kOrder];
+  gsmfr::decode_lars(pSrcLARc, cur);
+  for (int i = 0; i < kOrder; ++i) {
+    prev[i] = pLARpp[i];
+    u[i] = pMem[i];
+  }
+  for (int seg = 0; seg < 4; ++seg) {
+    int16_t rp[kOrder];
+    gsmfr::segment_coefficients(prev, cur, seg, rp);
+    for (int k = gsmfr::kSegmentStart[seg]; k < gsmfr::kSegmentStart[seg + 1]; ++k) {
+      int16_t di = pSrc[k], sav = di;
+      for (int i = 0; i < kOrder; ++i) {
+        const int16_t ui = u[i];
+        u[i] = sav;
+        sav = bop::add(ui, bop::mult_r(rp[i], di));
+        di = bop::add(di, bop::mult_r(rp[i], ui));
+      }
+      pDst[k] = di;
+    }
+  }
+  for (int i = 0; i < kOrder; ++i) {
+    pLARpp[i] = cur[i];
+    pMem[i] = u[i];
+  }
+  return vspStsNoErr;
+}
+
+}  // namespace vsps::VSPS_NS
