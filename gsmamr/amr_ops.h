@@ -1,7 +1,8 @@
 // TS 26.073 helper routines shared by the GSM-AMR decoder steps: Log2, Pow2,
-// Inv_sqrt, sqrt_l_exp, gmed_n, Weight_Ai, Residu, Syn_filt (with the
-// reference's overflow flag), Pred_lt_3or6, energy_new, agc2 and the
-// pre-emphasis of the post-filter, in the reference's saturating arithmetic.
+// Inv_sqrt, sqrt_l_exp, gmed_n, Weight_Ai, Residu and Syn_filt (on the
+// shared LP filters, with the reference's overflow flag), Pred_lt_3or6,
+// energy_new, agc2 and the pre-emphasis of the post-filter, in the
+// reference's saturating arithmetic.
 // Variant code: lives in the level namespace.
 #pragma once
 
@@ -10,6 +11,7 @@
 #include "core/basic_ops.h"
 #include "core/dpf.h"
 #include "gsmamr/amr_codec_tables.h"
+#include "speech/filter/lp_filters.h"
 
 namespace vsps::VSPS_NS::amr {
 
@@ -104,32 +106,17 @@ inline void weight_ai(const int16_t* a, const int16_t* fac, int16_t* ap) {
   for (int i = 1; i <= kM; ++i) ap[i] = bop::round(bop::L_mult(a[i], fac[i - 1]));
 }
 
-// Residual through A(z): x[-10..-1] is the history.
-inline void residu(const int16_t* a, const int16_t* x, int16_t* y, int len) {
-  for (int i = 0; i < len; ++i) {
-    int32_t s = bop::L_mult(x[i], a[0]);
-    for (int j = 1; j <= kM; ++j) s = bop::L_mac(s, a[j], x[i - j]);
-    y[i] = bop::round(bop::L_shl(s, 3));
-  }
-}
+// Residual through A(z) (Q12): x[-10..-1] is the history.
+inline void residu(const int16_t* a, const int16_t* x, int16_t* y, int len) { speech::residual(a, kM, x, y, len, 12); }
 
-// Synthesis through 1/A(z) with memory mem[10]; y may equal x. Returns
-// whether any operator saturated (the reference's Overflow flag).
+// Synthesis through 1/A(z) (Q12) with memory mem[10]; y may equal x; the
+// memory is left as it was unless `update`. Returns whether any operator
+// saturated (the reference's Overflow flag).
 inline bool syn_filt(const int16_t* a, const int16_t* x, int16_t* y, int len, int16_t* mem, bool update) {
-  int16_t tmp[kM + 80];
-  bool ovf = false;
-  for (int i = 0; i < kM; ++i) tmp[i] = mem[i];
-  int16_t* yy = tmp + kM;
-  for (int i = 0; i < len; ++i) {
-    int32_t s = bop::L_mult_ovf(x[i], a[0], ovf);
-    for (int j = 1; j <= kM; ++j) s = bop::L_msu_ovf(s, a[j], yy[i - j], ovf);
-    s = bop::L_shl_ovf(s, 3, ovf);
-    yy[i] = bop::extract_h(bop::L_add_ovf(s, 0x8000, ovf));
-  }
-  for (int i = 0; i < len; ++i) y[i] = yy[i];
-  if (update)
-    for (int i = 0; i < kM; ++i) mem[i] = y[len - kM + i];
-  return ovf;
+  if (update) return speech::synthesis(a, kM, x, y, len, mem, 12);
+  int16_t kept[kM];
+  for (int i = 0; i < kM; ++i) kept[i] = mem[i];
+  return speech::synthesis(a, kM, x, y, len, kept, 12);
 }
 
 // Adaptive codebook vector (Pred_lt_3or6): exc[0..len-1] from the past
