@@ -177,7 +177,7 @@ VspStatus legacy90vspsClosedLoopPitch_G729_16s(const Vsp16s* pExc, const Vsp16s*
   search_range(refLag, subframe, &t0Min, &t0Max);
   const int tMin = t0Min - 4, tMax = t0Max + 4;
   int16_t corrBuf[20];
-  int16_t* corr = corrBuf - tMin;  // corr[tMin..tMax]
+  int16_t* corr = corrBuf;  // corr[t - tMin], t = tMin..tMax
   // Norm_Corr
   int16_t excf[kSubfr], sExcf[kSubfr];
   int k = -tMin;
@@ -200,7 +200,7 @@ VspStatus legacy90vspsClosedLoopPitch_G729_16s(const Vsp16s* pExc, const Vsp16s*
     const dpf::Dpf norm = dpf::L_Extract(inv_sqrt(s));
     s = 0;
     for (int j = 0; j < kSubfr; ++j) s = L_mac(s, pTarget[j], sExcf[j]);
-    corr[t] = extract_h(L_shl(dpf::Mpy_32(dpf::L_Extract(s), norm), 16));
+    corr[t - tMin] = extract_h(L_shl(dpf::Mpy_32(dpf::L_Extract(s), norm), 16));
     if (t != tMax) {
       --k;
       for (int j = kSubfr - 1; j > 0; --j)
@@ -208,19 +208,19 @@ VspStatus legacy90vspsClosedLoopPitch_G729_16s(const Vsp16s* pExc, const Vsp16s*
       sExcf[0] = shr(exc[k], scaling);
     }
   }
-  int16_t max = corr[t0Min];
+  int16_t max = corr[t0Min - tMin];
   int lag = t0Min;
   for (int t = t0Min + 1; t <= t0Max; ++t)
-    if (sub(corr[t], max) >= 0) {
-      max = corr[t];
+    if (sub(corr[t - tMin], max) >= 0) {
+      max = corr[t - tMin];
       lag = t;
     }
   int frac = 0;
   if (!(subframe == 0 && lag > 84)) {
-    max = interpol_3(&corr[lag], -2);
+    max = interpol_3(&corr[lag - tMin], -2);
     frac = -2;
     for (int f = -1; f <= 2; ++f) {
-      const int16_t c = interpol_3(&corr[lag], f);
+      const int16_t c = interpol_3(&corr[lag - tMin], f);
       if (sub(c, max) > 0) {
         max = c;
         frac = f;

@@ -71,7 +71,9 @@ Call& Call::scalar_f(std::string_view name, double value) {
   a.role = Role::Scalar;
   a.set = true;
   a.scalar.f = value;
-  a.scalar.i = static_cast<int64_t>(value);
+  // The integer view of a float scalar; NaN and values beyond int64 (the
+  // fuzzer's raw floats) have none.
+  a.scalar.i = value > -9.2e18 && value < 9.2e18 ? static_cast<int64_t>(value) : 0;
   return *this;
 }
 
