@@ -5,6 +5,7 @@
 
 #include "tools/commands.h"
 #include "tools/output_file.h"
+#include "tools/pcm_io.h"
 #include "tools/wav_io.h"
 #include "vsps.h"
 
@@ -17,30 +18,14 @@ bool is_wav_name(const std::string& path) {
   return ext == ".wav";
 }
 
+// The octet files of the waveform commands: the readers and writers of
+// tools/pcm_io (a directory refused by name, write errors reported).
 bool read_bytes(const std::string& path, std::vector<uint8_t>* bytes, FILE* err) {
-  FILE* f = std::fopen(path.c_str(), "rb");
-  if (f == nullptr) {
-    std::fprintf(err, "vsps: %s: cannot open (%s)\n", path.c_str(), std::strerror(errno));
-    return false;
-  }
-  uint8_t buf[65536];
-  std::size_t n;
-  while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) bytes->insert(bytes->end(), buf, buf + n);
-  const bool failed = std::ferror(f) != 0;
-  std::fclose(f);
-  if (failed) std::fprintf(err, "vsps: %s: read error\n", path.c_str());
-  return !failed;
+  return read_octets(path, bytes, err);
 }
 
 bool write_bytes(const std::string& path, const std::vector<uint8_t>& bytes, FILE* err) {
-  OutputFile f;
-  std::string error;
-  if (f.create(path, &error)) {
-    std::fwrite(bytes.data(), 1, bytes.size(), f.file());
-    if (f.finish(&error)) return true;
-  }
-  std::fprintf(err, "vsps: %s\n", error.c_str());
-  return false;
+  return write_octets(path, bytes, err);
 }
 
 bool output_names_no_input(const std::string& out, const std::string& in, FILE* err) {
