@@ -16,6 +16,7 @@ VspStatus legacy90vspsTamingTest_G729_32s(Vsp16s T0, Vsp16s frac, const Vsp32s* 
   if (pExcErr == nullptr || pDstFlag == nullptr) return vspStsNullPtrErr;
   if (T0 < kLagMin || T0 > kLagMax || frac < -1 || frac > 1) return vspStsRangeErr;
   const int t1 = frac > 0 ? T0 + 1 : T0;
+  if (t1 > kLagMax) return vspStsRangeErr;  // 144 1/3: beyond the zone table
   const int zone1 = tb::kTabZone[t1 - 50 > 0 ? t1 - 50 : 0];
   const int zone2 = tb::kTabZone[t1 + 8];
   int32_t mx = -1;

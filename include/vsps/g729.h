@@ -537,8 +537,9 @@ VSPS_FN(VspStatus, legacy90vspsPitchGain_G729_16s, (const Vsp16s* pTarget, const
 /* Taming test (test_err): *pDstFlag = 1 when the excitation-error estimate
  * pExcErr (4 Vsp32s, Q14, a caller array reset to 0x4000 each) of the zones
  * the lag T0 + frac/3 reaches exceeds 60000, else 0.
- * Checks in order: pointers null: vspStsNullPtrErr; T0 outside 19..144 or
- * frac outside -1..1: vspStsRangeErr. */
+ * Checks in order: pointers null: vspStsNullPtrErr; T0 outside 19..144,
+ * frac outside -1..1, or the lag 144 1/3 (T0 144 with frac 1):
+ * vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsTamingTest_G729_32s, (Vsp16s T0, Vsp16s frac, const Vsp32s* pExcErr, int* pDstFlag), (T0, frac, pExcErr, pDstFlag))
 
 /* Taming update (update_exc_err) after a subframe with the quantised pitch
