@@ -18,7 +18,7 @@ int run_tool(int argc, const char* const* argv, FILE* out, FILE* err);
 // A command: its command line (parsed by parse_command_line, shown by
 // --help) and what it does.
 struct Command {
-  const CommandSpec& spec;
+  const CommandSpec& syntax;
   int (*run)(const Args& args, FILE* out, FILE* err);
 };
 
@@ -38,7 +38,7 @@ extern const CommandSpec kDemoSpec, kInfoSpec, kLpcSpec, kAecSpec, kToneSpec, kG
 
 // Parses a command's words; the exit status to return at once (0 after
 // --help, 2 on a usage error) or -1 to go on.
-int parse_or_exit(const CommandSpec& spec, const Args& args, Options* opt, FILE* out, FILE* err);
+int parse_or_exit(const CommandSpec& syntax, const Args& args, Options* opt, FILE* out, FILE* err);
 
 struct WavAudio;
 // Reads a WAV input of a command and checks its rate against `rates`;

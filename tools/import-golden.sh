@@ -13,9 +13,9 @@ files=("$@")
 if [ ${#files[@]} -eq 0 ]; then
   mapfile -t files < <(cd "$src/$family" && ls *.txt)
 fi
-for spec in "${files[@]}"; do
-  f=${spec%%=*}
-  target=${spec#*=}
+for pair in "${files[@]}"; do
+  f=${pair%%=*}
+  target=${pair#*=}
   sed -E \
     -e '/^#/ s/^# Part [0-9]+\.[0-9]+ /# /' \
     -e '/^#/ s/Part [0-9]+\.[0-9]+: //g' \

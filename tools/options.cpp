@@ -10,18 +10,19 @@ const std::string* Options::get(const std::string& name) const {
   return nullptr;
 }
 
-void print_command_help(const CommandSpec& spec, FILE* f) {
-  std::fprintf(f, "usage: vsps %s%s%s\n  %s\n", spec.name, spec.synopsis[0] ? " " : "", spec.synopsis, spec.summary);
-  if (spec.options.empty()) return;
+void print_command_help(const CommandSpec& syntax, FILE* f) {
+  std::fprintf(f, "usage: vsps %s%s%s\n  %s\n", syntax.name, syntax.synopsis[0] ? " " : "", syntax.synopsis,
+               syntax.summary);
+  if (syntax.options.empty()) return;
   std::fprintf(f, "options (--name=value or --name value):\n");
-  for (const OptionSpec& o : spec.options) {
+  for (const OptionSpec& o : syntax.options) {
     const std::string left = std::string(o.name) + (o.value ? std::string(" ") + o.value : "");
     std::fprintf(f, "  %-22s %s\n", left.c_str(), o.help);
   }
   std::fprintf(f, "  %-22s %s\n", "-h, --help", "this help");
 }
 
-ParseResult parse_command_line(const CommandSpec& spec, const Args& args, Options* opt, FILE* out, FILE* err) {
+ParseResult parse_command_line(const CommandSpec& syntax, const Args& args, Options* opt, FILE* out, FILE* err) {
   bool optionsEnded = false;
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& a = args[i];
@@ -34,21 +35,21 @@ ParseResult parse_command_line(const CommandSpec& spec, const Args& args, Option
       continue;
     }
     if (a == "-h" || a == "--help") {
-      print_command_help(spec, out);
+      print_command_help(syntax, out);
       return ParseResult::Help;
     }
     const std::size_t eq = a.rfind("--", 0) == 0 ? a.find('=') : std::string::npos;
     const std::string name = a.substr(0, eq);
     const OptionSpec* found = nullptr;
-    for (const OptionSpec& o : spec.options)
+    for (const OptionSpec& o : syntax.options)
       if (name == o.name) found = &o;
     if (found == nullptr) {
-      std::fprintf(err, "vsps %s: unknown option %s\n", spec.name, name.c_str());
+      std::fprintf(err, "vsps %s: unknown option %s\n", syntax.name, name.c_str());
       return ParseResult::Error;
     }
     if (found->value == nullptr) {
       if (eq != std::string::npos) {
-        std::fprintf(err, "vsps %s: option %s takes no value\n", spec.name, name.c_str());
+        std::fprintf(err, "vsps %s: option %s takes no value\n", syntax.name, name.c_str());
         return ParseResult::Error;
       }
       opt->named.emplace_back(name, "");
@@ -57,7 +58,7 @@ ParseResult parse_command_line(const CommandSpec& spec, const Args& args, Option
     } else if (i + 1 < args.size()) {
       opt->named.emplace_back(name, args[++i]);
     } else {
-      std::fprintf(err, "vsps %s: option %s needs a value\n", spec.name, name.c_str());
+      std::fprintf(err, "vsps %s: option %s needs a value\n", syntax.name, name.c_str());
       return ParseResult::Error;
     }
   }

@@ -34,14 +34,14 @@ struct Options {
 
 enum class ParseResult { Ok, Help, Error };
 
-// Parses args against spec: "--name value", "--name=value", "-o value",
+// Parses args against syntax: "--name value", "--name=value", "-o value",
 // flags, positional words anywhere, "--" ends the options. "-h" or "--help"
 // prints the command's help on out (ParseResult::Help); an unknown option,
 // a missing value or a value given to a flag gives ParseResult::Error with
 // the reason on err.
-ParseResult parse_command_line(const CommandSpec& spec, const Args& args, Options* opt, FILE* out, FILE* err);
+ParseResult parse_command_line(const CommandSpec& syntax, const Args& args, Options* opt, FILE* out, FILE* err);
 
 // "usage: vsps NAME SYNOPSIS", the summary and one line per option.
-void print_command_help(const CommandSpec& spec, FILE* f);
+void print_command_help(const CommandSpec& syntax, FILE* f);
 
 }  // namespace vsps::tool

@@ -21,8 +21,8 @@ const Command kCommands[] = {{kDemoSpec, cmd_demo}, {kLpcSpec, cmd_lpc},   {kAec
 int usage(FILE* f, int status) {
   std::fprintf(f, "usage: vsps [command] [arguments]   (the default command is demo)\n");
   for (const Command& c : kCommands) {
-    const std::string line = std::string(c.spec.name) + " " + c.spec.synopsis;
-    std::fprintf(f, "  %-34s %s\n", line.c_str(), c.spec.summary);
+    const std::string line = std::string(c.syntax.name) + " " + c.syntax.synopsis;
+    std::fprintf(f, "  %-34s %s\n", line.c_str(), c.syntax.summary);
   }
   std::fprintf(f,
                "vsps COMMAND --help shows a command's options; vsps --version the version.\n"
@@ -51,8 +51,8 @@ int finish_output(int status, FILE* out, FILE* err) {
 
 }  // namespace
 
-int parse_or_exit(const CommandSpec& spec, const Args& args, Options* opt, FILE* out, FILE* err) {
-  switch (parse_command_line(spec, args, opt, out, err)) {
+int parse_or_exit(const CommandSpec& syntax, const Args& args, Options* opt, FILE* out, FILE* err) {
+  switch (parse_command_line(syntax, args, opt, out, err)) {
     case ParseResult::Ok:
       return -1;
     case ParseResult::Help:
@@ -82,17 +82,17 @@ int run_tool(int argc, const char* const* argv, FILE* out, FILE* err) {
   if (cmd == "--version" || cmd == "-V") return finish_output(version(out), out, err);
   if (cmd == "help" && !args.empty()) {  // "vsps help lpc" as "vsps lpc --help"
     for (const Command& c : kCommands)
-      if (args[0] == c.spec.name) {
-        print_command_help(c.spec, out);
+      if (args[0] == c.syntax.name) {
+        print_command_help(c.syntax, out);
         return finish_output(0, out, err);
       }
   }
   if (cmd == "help") return finish_output(usage(out, 0), out, err);
   for (const Command& c : kCommands)
-    if (cmd == c.spec.name) {
+    if (cmd == c.syntax.name) {
       legacy90vspscInit();  // its warnings are reported by "vsps info"
       const int status = c.run(args, out, err);
-      if (status == 2) print_command_help(c.spec, err);
+      if (status == 2) print_command_help(c.syntax, err);
       return finish_output(status, out, err);
     }
   std::fprintf(err, "vsps: unknown command %s\n", cmd.c_str());
