@@ -267,3 +267,133 @@ VSPS_FN(VspStatus, legacy90vspsPostFilterInit_GSMAMR, (Vsp8u* pState), (pState))
  * factors of the lower rates.
  * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsPostFilter_GSMAMR_16s, (const Vsp16s* pSrcLpc, Vsp16s* pSrcDstSpeech, Vsp8u* pState, int mode), (pSrcLpc, pSrcDstSpeech, pState, mode))
+
+/* ======================================================================
+ * GSM-AMR encoder: frame flow, weighting, open-loop and closed-loop pitch
+ * (TS 26.073 cod_amr and below)
+ * ====================================================================== */
+
+/* Common to these steps: `mode` is the frame's speech rate (0, 1, 3, 6, 7,
+ * 8, 11 or 12; 25 refused) else vspStsRangeErr; filters are 11 Q12
+ * coefficients (a[0] = 4096); the memories the frame loop owns (past
+ * excitation, weighted speech, filter memories, lag state) are caller
+ * arrays. Subframe signals are 40 samples. A caller's frame: pre-processing
+ * (legacy90vspsHighPassFilter_G729_16s_ISfs with the 140 Hz set, scale 12,
+ * on the input masked to 13 bits), LP analysis and quantisation with the
+ * LP-analysis exports, InterpolateLPC, ToneStabCheck, two WeightedSpeech
+ * calls and OpenLoopPitch, then per subframe SubframePreProc,
+ * AdaptiveCodebookSearch, PitchGain, the fixed codebook and gain
+ * quantisers, ToneStabUpdate and SubframePostProc. Bit-exact with
+ * TS 26.073. The tone-stabiliser state is 8 words: count, then the last
+ * seven pitch gains >> 3 (all zero at reset). */
+
+/* LP filters of the four subframes (Int_lpc_1to3, Int_lpc_1and3): LSP
+ * interpolation (floor shifts, saturating adds) and LSP to LP per subframe
+ * into pDstLpc (44). pSrcPrevLsp: the previous frame's LSP (10, Q15).
+ * pSrcLsp: this frame's LSP (10), at 12.2 kbit/s the mid-frame vector then
+ * the end-of-frame vector (20). Subframes: 3/4 old + 1/4 new, 1/2 + 1/2,
+ * 1/4 old + 3/4 new, new; 12.2: (old + mid)/2, mid, (mid + new)/2, new.
+ * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsInterpolateLPC_GSMAMR_16s, (const Vsp16s* pSrcPrevLsp, const Vsp16s* pSrcLsp, Vsp16s* pDstLpc, int mode), (pSrcPrevLsp, pSrcLsp, pDstLpc, mode))
+
+/* Weighted speech of a half frame (pre_big): pSrcSpeech holds 10 samples of
+ * history then the 80 samples; per 40-sample subframe k (filter pSrcLpc +
+ * 11k, the unquantised filters of two subframes) the residual through
+ * A(z/g1) (g1 = 0.94^i, 0.9^i at 10.2 and 12.2 kbit/s) and the synthesis
+ * through 1/A(z/g2) (g2 = 0.6^i) with the memory pMemW (10, in/out, zero at
+ * reset) into pDstWsp (80).
+ * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsWeightedSpeech_GSMAMR_16s, (const Vsp16s* pSrcSpeech, const Vsp16s* pSrcLpc, Vsp16s* pDstWsp, Vsp16s* pMemW, int mode), (pSrcSpeech, pSrcLpc, pDstWsp, pMemW, mode))
+
+/* Open-loop pitch lag (Pitch_ol; Pitch_ol_wgh at 10.2 kbit/s) of half
+ * frame `half` (0 or 1), or of the whole frame at 4.75 and 5.15 kbit/s
+ * (one call a frame, `half` then only names ol_gain_flg). pSrcWsp: the
+ * weighted-speech buffer, 143 samples of history then the frame's 160.
+ * Correlations of lags 20..143 (18..143 at 12.2) on the signal scaled by
+ * its energy, best lag of the three sections 143..80, 79..40, 39..20
+ * normalised by the energy, the shorter section preferred above 0.85 of
+ * the longer. 10.2 kbit/s: one search with the lag weighting and the
+ * median of the last five lags; pSrcDstState (10 words, in/out) = old
+ * median lag (reset 40), adaptive weight (0), weighting flag (0), five past
+ * lags (40 each), the two open-loop gain flags (0) — the other rates only
+ * clear the gain flags. *pDstLag the lag. pDstVad (9, 32-bit): the
+ * section maxima and energies (max1, e1, max2, e2, max3, e3; 10.2: the
+ * correlation and energy at the lag in the first pair, the rest 0), the
+ * chosen pair (correlation, energy: the input of VAD option 2's LTP flag)
+ * and hp_max (the complex-signal input of VAD option 1).
+ * Checks: any pointer null: vspStsNullPtrErr; mode, half outside 0..1, or
+ * at 10.2 kbit/s with the weighting flag set a median lag outside
+ * 16..143: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsOpenLoopPitch_GSMAMR_16s, (const Vsp16s* pSrcWsp, Vsp16s* pSrcDstState, Vsp32s* pDstVad, Vsp16s* pDstLag, int half, int mode), (pSrcWsp, pSrcDstState, pDstVad, pDstLag, half, mode))
+
+/* Tone stabiliser, per speech frame (check_lsp): counts frames whose
+ * unquantised LSPs pSrcLsp (10, Q15) have a narrow gap (lsp[3..8] below
+ * 1500 apart, or lsp[1..3] below 600/800/1100 by lsp[1]); *pFlag = 1 once
+ * the count reaches 12 (held there), else 0. pSrcDstToneState: 8 words.
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsToneStabCheck_GSMAMR_16s, (const Vsp16s* pSrcLsp, Vsp16s* pSrcDstToneState, int* pFlag), (pSrcLsp, pSrcDstToneState, pFlag))
+
+/* Tone stabiliser, per subframe (update_gp_clipping): the pitch gain
+ * (Q14) >> 3 joins the last seven.
+ * Checks: pSrcDstToneState null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsToneStabUpdate_GSMAMR_16s, (Vsp16s gain, Vsp16s* pSrcDstToneState), (gain, pSrcDstToneState))
+
+/* Subframe pre-processing (subframePreProc): with the unquantised filter
+ * pSrcLpc and the quantised pSrcQLpc, pDstImp = impulse response of
+ * A(z/g1) / (Aq(z) A(z/g2)) (Q12), pDstRes = the LP residual of the speech
+ * through Aq(z), pDstTarget = the residual through 1/Aq(z) (memory
+ * pSrcMemErr, 10), A(z/g1) and 1/A(z/g2) (memory pSrcMemW0, 10): the
+ * target of the adaptive-codebook search. pSrcSpeech: 10 samples of history
+ * then the subframe's 40. The memories are read only.
+ * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsSubframePreProc_GSMAMR_16s, (const Vsp16s* pSrcLpc, const Vsp16s* pSrcQLpc, const Vsp16s* pSrcSpeech, const Vsp16s* pSrcMemErr, const Vsp16s* pSrcMemW0, Vsp16s* pDstImp, Vsp16s* pDstRes, Vsp16s* pDstTarget, int mode), (pSrcLpc, pSrcQLpc, pSrcSpeech, pSrcMemErr, pSrcMemW0, pDstImp, pDstRes, pDstTarget, mode))
+
+/* Closed-loop fractional pitch search (Pitch_fr) of subframe subfr.
+ * pSrcDstExc: 154 samples of past total excitation, then the subframe's LP
+ * residual (40); the residual is replaced by the adaptive-codebook vector.
+ * Range: subframes 0 and 2 (2 only above 5.15 kbit/s) around the open-loop
+ * lag pSrcOpenLoopLag[0] / [1] (absolute), the others around the previous
+ * subframe's lag *pSrcDstPrevLag (relative; reset 0). Normalised
+ * correlation of the target pSrcTarget with the past excitation filtered
+ * by pSrcImp (Q12), best integer lag (ties to the larger), then the
+ * fraction in 1/3 (1/6 at 12.2 kbit/s) by interpolating the correlation,
+ * where the rate allows it. pDstLag = T0, fraction, transmitted lag index;
+ * *pSrcDstPrevLag = T0; pDstFltAdapt = the adaptive vector filtered by the
+ * impulse response.
+ * Checks: any pointer null: vspStsNullPtrErr; mode or subfr outside 0..3:
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsAdaptiveCodebookSearch_GSMAMR_16s, (const Vsp16s* pSrcTarget, const Vsp16s* pSrcImp, Vsp16s* pSrcDstExc, const Vsp16s* pSrcOpenLoopLag, Vsp16s* pSrcDstPrevLag, Vsp16s* pDstLag, Vsp16s* pDstFltAdapt, int subfr, int mode), (pSrcTarget, pSrcImp, pSrcDstExc, pSrcOpenLoopLag, pSrcDstPrevLag, pDstLag, pDstFltAdapt, subfr, mode))
+
+/* Adaptive-codebook vector of a known lag (Pred_lt_3or6, Convolve): the 40
+ * samples after the 154 of history in pSrcDstExc are overwritten with the
+ * interpolated past excitation of lag pSrcLag[0] and fraction pSrcLag[1]
+ * (thirds, sixths at 12.2 kbit/s); pDstFltAdapt = that vector filtered by
+ * pSrcImp (Q12).
+ * Checks: any pointer null: vspStsNullPtrErr; mode, a lag outside 19..143
+ * (17..143 at 12.2) or a fraction outside -1..1 (-2..3): vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsAdaptiveVector_GSMAMR_16s, (Vsp16s* pSrcDstExc, const Vsp16s* pSrcImp, const Vsp16s* pSrcLag, Vsp16s* pDstFltAdapt, int mode), (pSrcDstExc, pSrcImp, pSrcLag, pDstFltAdapt, mode))
+
+/* Pitch gain (G_pitch) of the target pSrcTarget and the filtered adaptive
+ * vector pSrcFltAdapt: <x,y>/<y,y> in Q14, capped at 1.2 (12.2 kbit/s:
+ * multiple of 4), 0 when the normalised <x,y> is below 4. Limits: 4.75 and
+ * 5.15 kbit/s cap 0.85; with lspFlag set (ToneStabCheck), a gain above 0.95
+ * and the tone state pSrcToneState showing a high mean gain, the limit 0.95
+ * (other rates: the gain is set to 0.95). 12.2 kbit/s: scalar quantisation
+ * with the gain table, entries above the limit excluded. Then pDstTarget2
+ * = target - gain y and pSrcDstRes -= gain * pSrcAdapt (the adaptive
+ * vector). pDstGain = gain (Q14), limit (32767 = none), pitch-gain index
+ * (12.2 only, else 0); pDstCoeff = <y,y> mantissa and exponent, <x,y>
+ * mantissa and exponent (the gain quantisers' inputs).
+ * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsPitchGain_GSMAMR_16s, (const Vsp16s* pSrcTarget, const Vsp16s* pSrcFltAdapt, const Vsp16s* pSrcAdapt, const Vsp16s* pSrcToneState, Vsp16s* pSrcDstRes, Vsp16s* pDstTarget2, Vsp16s* pDstGain, Vsp16s* pDstCoeff, int lspFlag, int mode), (pSrcTarget, pSrcFltAdapt, pSrcAdapt, pSrcToneState, pSrcDstRes, pDstTarget2, pDstGain, pDstCoeff, lspFlag, mode))
+
+/* Subframe post-processing (subframePostProc) with the quantised gains
+ * pSrcGain (pitch Q14, code Q1): pSrcDstExc (40, the adaptive vector in)
+ * becomes the total excitation gp v + gc c (code Q13, Q12 at 12.2 kbit/s),
+ * pDstSynth its synthesis through 1/Aq(z) (memory pMemSyn, updated),
+ * pMemErr = speech - synthesis over the last 10 samples (pSrcSpeech: the
+ * subframe's 40), pMemW0 = target - gp y1 - gc y2 over the last 10 (y1 =
+ * pSrcFltAdapt, y2 = pSrcFltCode, Q12; Q10 at 12.2), *pDstSharp = the
+ * pitch gain capped at 0.8 (the next subframe's pitch sharpening).
+ * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsSubframePostProc_GSMAMR_16s, (const Vsp16s* pSrcSpeech, const Vsp16s* pSrcQLpc, const Vsp16s* pSrcTarget, const Vsp16s* pSrcCode, const Vsp16s* pSrcFltAdapt, const Vsp16s* pSrcFltCode, const Vsp16s* pSrcGain, Vsp16s* pSrcDstExc, Vsp16s* pMemSyn, Vsp16s* pMemErr, Vsp16s* pMemW0, Vsp16s* pDstSynth, Vsp16s* pDstSharp, int mode), (pSrcSpeech, pSrcQLpc, pSrcTarget, pSrcCode, pSrcFltAdapt, pSrcFltCode, pSrcGain, pSrcDstExc, pMemSyn, pMemErr, pMemW0, pDstSynth, pDstSharp, mode))
