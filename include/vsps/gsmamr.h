@@ -397,3 +397,144 @@ VSPS_FN(VspStatus, legacy90vspsPitchGain_GSMAMR_16s, (const Vsp16s* pSrcTarget, 
  * pitch gain capped at 0.8 (the next subframe's pitch sharpening).
  * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsSubframePostProc_GSMAMR_16s, (const Vsp16s* pSrcSpeech, const Vsp16s* pSrcQLpc, const Vsp16s* pSrcTarget, const Vsp16s* pSrcCode, const Vsp16s* pSrcFltAdapt, const Vsp16s* pSrcFltCode, const Vsp16s* pSrcGain, Vsp16s* pSrcDstExc, Vsp16s* pMemSyn, Vsp16s* pMemErr, Vsp16s* pMemW0, Vsp16s* pDstSynth, Vsp16s* pDstSharp, int mode), (pSrcSpeech, pSrcQLpc, pSrcTarget, pSrcCode, pSrcFltAdapt, pSrcFltCode, pSrcGain, pSrcDstExc, pMemSyn, pMemErr, pMemW0, pDstSynth, pDstSharp, mode))
+
+/* ======================================================================
+ * GSM-AMR encoder: VAD option 1, VAD option 2 and the DTX encoder
+ * ====================================================================== */
+
+/* Common to these steps: they run only when the encoder codes with DTX, in
+ * the order of a TS 26.073 encoder frame: the VAD decision of the frame
+ * (VAD1: legacy90vspsVAD1_GSMAMR_16s; VAD2: legacy90vspsVAD2_GSMAMR_16s on
+ * each half frame, the frame's flag the OR of the two), then
+ * legacy90vspsDTXTxHandler_GSMAMR; after the LP analysis
+ * legacy90vspsDTXBuffer_GSMAMR_16s (every frame); in comfort-noise frames
+ * legacy90vspsDTXEncode_GSMAMR_16s; after the open-loop pitch search the
+ * VAD's hook (legacy90vspsVAD1PitchUpdate_GSMAMR_32s or
+ * legacy90vspsVAD2LTPFlag_GSMAMR_32s), whose flags the next frame's decision
+ * uses. Speech samples are the pre-processed signal (13-bit input after the
+ * high-pass and the division by 2). `mode` is the requested speech rate as a
+ * VspSpeechBitRate value (0, 1, 3, 6, 7, 8, 11, 12), otherwise
+ * vspStsRangeErr. State blocks have any alignment; a corrupted block gives
+ * wrong but bounded results. Arithmetic: bit-exact with TS 26.073. */
+
+/* Writes the byte size of the VAD option 1 state block to *pSize.
+ * Checks: pSize null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsVAD1StateSize_GSMAMR, (int* pSize), (pSize))
+
+/* Formats a VAD option 1 state block (TS 26.073 vad1_reset): background
+ * estimates, old and averaged levels 150, filter-bank memories 0, the flag
+ * registers 0, best_corr_hp = corr_hp_fast = 13106 (0.4, Q15).
+ * Checks: pState null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsVAD1Init_GSMAMR, (Vsp8u* pState), (pState))
+
+/* VAD option 1 decision of a frame (TS 26.073 vad1). pSrc: 200 samples, the
+ * frame being coded followed by the 40-sample look-ahead (the encoder's
+ * old_speech[120..319]; pSrc[40..199] are the 160 newest samples). Frame
+ * power over pSrc[0..159] (tone and complex flags reset below 343040 and
+ * 15000), 9-band filter bank over pSrc[40..199], levels, SNR sum against the
+ * background estimate, adaptive threshold, complex-signal detection, noise
+ * estimate update, burst/hangover. *pDstVad = 1 speech, 0 noise.
+ * The tone, pitch and complex-signal flags it reads are those the previous
+ * frame's legacy90vspsVAD1PitchUpdate_GSMAMR_32s left.
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsVAD1_GSMAMR_16s, (const Vsp16s* pSrc, Vsp8u* pState, int* pDstVad), (pSrc, pState, pDstVad))
+
+/* The VAD option 1 hooks of the open-loop pitch search (TS 26.073
+ * vad_tone_detection_update, vad_tone_detection, vad_complex_detection_update
+ * and vad_pitch_detection), called once after the frame's open-loop search
+ * with the raw values the search computed:
+ * - pSrcMaxCorr[6], pSrcEnergy[6] (32-bit, the search's scaled signal):
+ *   entry 3k+s for open-loop search k (0: first half frame, 1: second) and
+ *   lag section s (0: lags 143..80, 1: 79..40, 2: 39..20; 12.2 kbit/s
+ *   143..72, 71..36, 35..18): the section's maximum correlation (Lag_max's
+ *   `max`) and the energy of the signal delayed by the section's best lag
+ *   (Lag_max's `t0` before Inv_sqrt). 4.75 and 5.15 kbit/s run one search
+ *   on the whole frame: entries 0..2 only. 10.2 kbit/s (weighted search,
+ *   one lag per half frame): entries 0 and 3 hold its correlation t0 and
+ *   energy t1 at the chosen lag. Unused entries are not read.
+ * - corrHpMax: the complex-signal measure hp_max of the frame's last search
+ *   (Q15 ratio corr_hp_max, computed in the search with idx = 1).
+ * - pSrcLag[2]: the open-loop lags T_op of the two half frames (4.75 and
+ *   5.15 kbit/s: the frame's lag twice).
+ * Tone flag: per search one shift of the tone register (two, and bit 0x2000
+ * set, at 4.75/5.15 kbit/s), bit 0x4000 set when a section has
+ * max > 0.65 * round(energy); best_corr_hp = corrHpMax; pitch register from
+ * the lag continuity of the last lags.
+ * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsVAD1PitchUpdate_GSMAMR_32s, (const Vsp32s* pSrcMaxCorr, const Vsp32s* pSrcEnergy, Vsp16s corrHpMax, const Vsp16s* pSrcLag, Vsp8u* pState, int mode), (pSrcMaxCorr, pSrcEnergy, corrHpMax, pSrcLag, pState, mode))
+
+/* Writes the byte size of the VAD option 2 state block to *pSize.
+ * Checks: pSize null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsVAD2StateSize_GSMAMR, (int* pSize), (pSize))
+
+/* Formats a VAD option 2 state block (TS 26.073 vad2_reset: every word 0,
+ * frame counter 0, LTP flag 0).
+ * Checks: pState null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsVAD2Init_GSMAMR, (Vsp8u* pState), (pState))
+
+/* VAD option 2 decision of one half frame (TS 26.073 vad2), pSrc: 80
+ * samples (call it on samples 0..79 and then 80..159 of the newest frame;
+ * the frame's flag is the OR of the two). Block normalisation,
+ * pre-emphasis (-0.8), 128-point real FFT, 16 channel energies (Q state
+ * switching between the two scalings), voice metric, SNR estimate,
+ * decision with burst/hangover, long-term spectrum and noise update (which
+ * the LTP flag of legacy90vspsVAD2LTPFlag_GSMAMR_32s can hold off).
+ * *pDstVad = 1 speech, 0 noise.
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsVAD2_GSMAMR_16s, (const Vsp16s* pSrc, Vsp8u* pState, int* pDstVad), (pSrc, pState, pDstVad))
+
+/* The VAD option 2 hook of the open-loop pitch search (TS 26.073
+ * LTP_flag_update), called once after the frame's search. pSrcRmax and
+ * pSrcR0 (32-bit) hold per open-loop search (4.75 and 5.15 kbit/s: one,
+ * other rates: two, one per half frame) the values at the search's chosen
+ * lag: the correlation (Lag_max's `max` of the winning section; at 10.2
+ * kbit/s the weighted search's t0) and the energy of the delayed signal
+ * (Lag_max's energy `t0`; at 10.2 kbit/s t1). They are summed with
+ * saturation into L_Rmax and L_R0, and LTP_flag = L_Rmax > L_R0 * thr with
+ * thr = 0.55 (4.75, 5.15), 0.6 (10.2), 0.65 (others), in Q15.
+ * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsVAD2LTPFlag_GSMAMR_32s, (const Vsp32s* pSrcRmax, const Vsp32s* pSrcR0, Vsp8u* pState, int mode), (pSrcRmax, pSrcR0, pState, mode))
+
+/* Writes the byte size of the DTX encoder state block to *pSize.
+ * Checks: pSize null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsDTXEncStateSize_GSMAMR, (int* pSize), (pSize))
+
+/* Formats a DTX encoder state block (TS 26.073 dtx_enc_reset): LSP history
+ * = the initial LSP vector in all 8 rows, energy history 0, SID indices 0,
+ * hangover count 7, elapsed-frames count 32767.
+ * Checks: pState null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsDTXEncInit_GSMAMR, (Vsp8u* pState), (pState))
+
+/* Transmit DTX handler (TS 26.073 tx_dtx_handler), after the frame's VAD
+ * decision vad (0 or 1): *pDstUsedMode = mode, or 25 (vspRateDTX) when the
+ * frame is coded as comfort noise (after the 7-frame speech hangover, which
+ * is skipped when fewer than 30 frames have passed since the last SID
+ * analysis); *pDstComputeSid = 1 when the SID parameters are to be
+ * recomputed (the hangover has run out), else 0.
+ * Checks: any pointer null: vspStsNullPtrErr; vad not 0 or 1, or mode:
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsDTXTxHandler_GSMAMR, (int vad, Vsp8u* pState, int* pDstUsedMode, int* pDstComputeSid, int mode), (vad, pState, pDstUsedMode, pDstComputeSid, mode))
+
+/* History of the DTX encoder (TS 26.073 dtx_buffer), every frame: the
+ * frame's unquantised LSP pSrcLsp (10, Q15; at 12.2 kbit/s the end-of-frame
+ * vector) and the log2 energy of the 160 newest samples pSrcSpeech
+ * (log_en = (Log2(sum x^2) in Q10 - 8521) / 2) into an 8-frame ring.
+ * Checks: any pointer null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsDTXBuffer_GSMAMR_16s, (const Vsp16s* pSrcLsp, const Vsp16s* pSrcSpeech, Vsp8u* pState), (pSrcLsp, pSrcSpeech, pState))
+
+/* SID parameters of a comfort-noise frame (TS 26.073 dtx_enc), in every
+ * frame legacy90vspsDTXTxHandler_GSMAMR coded as 25. When computeSid is 1
+ * (or no energy index was computed yet): the mean LSP and mean log energy
+ * of the 8-frame history, the energy index (6 bits), the LSFs (minimum
+ * distance 205) quantised with the SID path of the 3-split quantiser (the
+ * row of the initial-residual table nearest in plain squared error is the
+ * prediction, then the full 3-split tables), and the code-gain predictor
+ * memories pSrcDstPastQuaEn (8: the four past quantised energies of the
+ * modes below 12.2 kbit/s, Q10 log2, then the four of 12.2 kbit/s, Q10
+ * 20log10) all set from the energy index. Otherwise the previous SID
+ * parameters are repeated and pSrcDstPastQuaEn is untouched.
+ * pDstPrm (5): initial-residual row (3 bits), the three LSF indices (8, 9,
+ * 9 bits), energy index (6 bits).
+ * Checks: any pointer null: vspStsNullPtrErr; computeSid not 0 or 1:
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsDTXEncode_GSMAMR_16s, (int computeSid, Vsp16s* pSrcDstPastQuaEn, Vsp16s* pDstPrm, Vsp8u* pState), (computeSid, pSrcDstPastQuaEn, pDstPrm, pState))
