@@ -222,28 +222,26 @@ TEST_P(VadDumps, EveryFrame) {
     const Vsp16s lags[2] = {static_cast<Vsp16s>(top[0]), static_cast<Vsp16s>(top[1])};
     const bool one = mode == vspRate4750 || mode == vspRate5150, mr102 = mode == vspRate10200;
     const int pit_min = mode == vspRate12200 ? 18 : 20;
-    Vsp32s maxc[6] = {}, energy[6] = {}, rmax[2] = {}, r0[2] = {};
-    int16_t hp_max = 0;
+    Vsp32s rec[18] = {};  // the open-loop records: 3 x (max, energy), chosen pair, hp_max
     for (int k = 0; k < (one ? 1 : 2); ++k) {
       const OpenLoop ol = open_loop(wsp.data() + 143 + 80 * k, one ? 160 : 80, pit_min);
       for (int s = 0; s < 3; ++s) {
-        maxc[3 * k + s] = ol.max[s], energy[3 * k + s] = ol.energy[s];
-        if (ol.best[s] == lags[k]) rmax[k] = ol.max[s], r0[k] = ol.energy[s];
+        if (!mr102) rec[9 * k + 2 * s] = ol.max[s], rec[9 * k + 2 * s + 1] = ol.energy[s];
+        if (!mr102 && ol.best[s] == lags[k]) rec[9 * k + 6] = ol.max[s], rec[9 * k + 7] = ol.energy[s];
       }
-      hp_max = ol.hp_max;
+      rec[9 * k + 8] = ol.hp_max;
     }
     if (vad1) {
       const std::vector<int64_t>& post = get(fr, "v1post -1");
-      if (mr102) std::fill(maxc, maxc + 6, 0);  // weighted search: tone taken from the dump below
-      ASSERT_EQ(legacy90vspsVAD1PitchUpdate_GSMAMR_32s(maxc, energy, hp_max, lags, st1.data(), mode), vspStsNoErr);
-      if (mr102) s1->tone = static_cast<int16_t>(post[1]);
+      ASSERT_EQ(legacy90vspsVAD1PitchUpdate_GSMAMR_32s(rec, lags, st1.data(), mode), vspStsNoErr);
+      if (mr102) s1->tone = static_cast<int16_t>(post[1]);  // weighted search: not recomputed here
       c.check("v1post", post,
               {s1->pitch, s1->tone, s1->complex_high, s1->complex_low, s1->best_corr_hp, s1->oldlag_count, s1->oldlag},
               frame);
     } else {
       const std::vector<int64_t>& ltp = get(fr, "v2ltp -1");
-      if (mr102) rmax[0] = static_cast<Vsp32s>(ltp[1]), r0[0] = static_cast<Vsp32s>(ltp[0]), rmax[1] = r0[1] = 0;
-      ASSERT_EQ(legacy90vspsVAD2LTPFlag_GSMAMR_32s(rmax, r0, st2.data(), mode), vspStsNoErr);
+      if (mr102) rec[6] = static_cast<Vsp32s>(ltp[1]), rec[7] = static_cast<Vsp32s>(ltp[0]);  // the dumped sums
+      ASSERT_EQ(legacy90vspsVAD2LTPFlag_GSMAMR_32s(rec, st2.data(), mode), vspStsNoErr);
       c.check("v2ltp", ltp, {s2->L_R0, s2->L_Rmax, s2->LTP_flag}, frame);
     }
   }
