@@ -9,6 +9,8 @@
 namespace vsps::VSPS_NS {
 namespace {
 
+constexpr int kOlRecord = 9;  // open-loop record: 3 x (max, energy), chosen (max, energy), hp_max
+
 // Tone flag from one lag section: max correlation t0 against 0.65 of the
 // delayed signal's energy t1.
 void tone_detection(amr::Vad1State& s, int32_t t0, int32_t t1) {
@@ -18,11 +20,10 @@ void tone_detection(amr::Vad1State& s, int32_t t0, int32_t t1) {
 
 }  // namespace
 
-VspStatus legacy90vspsVAD1PitchUpdate_GSMAMR_32s(const Vsp32s* pSrcMaxCorr, const Vsp32s* pSrcEnergy, Vsp16s corrHpMax,
-                                                 const Vsp16s* pSrcLag, Vsp8u* pState, int mode) {
+VspStatus legacy90vspsVAD1PitchUpdate_GSMAMR_32s(const Vsp32s* pSrcOpenLoop, const Vsp16s* pSrcLag, Vsp8u* pState,
+                                                 int mode) {
   using namespace amr;
-  if (pSrcMaxCorr == nullptr || pSrcEnergy == nullptr || pSrcLag == nullptr || pState == nullptr)
-    return vspStsNullPtrErr;
+  if (pSrcOpenLoop == nullptr || pSrcLag == nullptr || pState == nullptr) return vspStsNullPtrErr;
   const int16_t m = ref_mode(mode);
   if (m < 0 || m == MRDTX) return vspStsRangeErr;
   Vad1State s;
@@ -32,9 +33,10 @@ VspStatus legacy90vspsVAD1PitchUpdate_GSMAMR_32s(const Vsp32s* pSrcMaxCorr, cons
   for (int k = 0; k < searches; ++k) {
     s.tone = bop::shr(s.tone, 1);
     if (one_lag) s.tone = static_cast<int16_t>(bop::shr(s.tone, 1) | 0x2000);
-    for (int j = 0; j < sections; ++j) tone_detection(s, pSrcMaxCorr[3 * k + j], pSrcEnergy[3 * k + j]);
+    const Vsp32s* rec = pSrcOpenLoop + kOlRecord * k;
+    for (int j = 0; j < sections; ++j) tone_detection(s, rec[2 * j], rec[2 * j + 1]);
   }
-  s.best_corr_hp = corrHpMax;
+  s.best_corr_hp = bop::extract_l(pSrcOpenLoop[kOlRecord * (searches - 1) + 8]);
   int16_t lagcount = 0;
   for (int i = 0; i < 2; ++i) {
     if (bop::sub(bop::abs_s(bop::sub(s.oldlag, pSrcLag[i])), 4) < 0) ++lagcount;

@@ -7,9 +7,10 @@
 
 namespace vsps::VSPS_NS {
 
-VspStatus legacy90vspsVAD2LTPFlag_GSMAMR_32s(const Vsp32s* pSrcRmax, const Vsp32s* pSrcR0, Vsp8u* pState, int mode) {
+VspStatus legacy90vspsVAD2LTPFlag_GSMAMR_32s(const Vsp32s* pSrcOpenLoop, Vsp8u* pState, int mode) {
   using namespace amr;
-  if (pSrcRmax == nullptr || pSrcR0 == nullptr || pState == nullptr) return vspStsNullPtrErr;
+  constexpr int kOlRecord = 9;  // open-loop record: 3 x (max, energy), chosen (max, energy), hp_max
+  if (pSrcOpenLoop == nullptr || pState == nullptr) return vspStsNullPtrErr;
   const int16_t m = ref_mode(mode);
   if (m < 0 || m == MRDTX) return vspStsRangeErr;
   Vad2State s;
@@ -17,8 +18,8 @@ VspStatus legacy90vspsVAD2LTPFlag_GSMAMR_32s(const Vsp32s* pSrcRmax, const Vsp32
   const bool one_lag = m == MR475 || m == MR515;
   s.L_Rmax = s.L_R0 = 0;
   for (int k = 0; k < (one_lag ? 1 : 2); ++k) {
-    s.L_Rmax = bop::L_add(s.L_Rmax, pSrcRmax[k]);
-    s.L_R0 = bop::L_add(s.L_R0, pSrcR0[k]);
+    s.L_Rmax = bop::L_add(s.L_Rmax, pSrcOpenLoop[kOlRecord * k + 6]);
+    s.L_R0 = bop::L_add(s.L_R0, pSrcOpenLoop[kOlRecord * k + 7]);
   }
   const int16_t thresh = one_lag ? int16_t(18022) : (m == MR102 ? int16_t(19660) : int16_t(21299));  // Q15
   s.LTP_flag = bop::L_sub(s.L_Rmax, dpf::Mpy_32_16(dpf::L_Extract(s.L_R0), thresh)) > 0 ? 1 : 0;

@@ -439,29 +439,29 @@ VSPS_FN(VspStatus, legacy90vspsVAD1Init_GSMAMR, (Vsp8u* pState), (pState))
  * Checks: any pointer null: vspStsNullPtrErr. */
 VSPS_FN(VspStatus, legacy90vspsVAD1_GSMAMR_16s, (const Vsp16s* pSrc, Vsp8u* pState, int* pDstVad), (pSrc, pState, pDstVad))
 
+/* The open-loop values the two VAD hooks read: per open-loop search (per
+ * half frame; 4.75 and 5.15 kbit/s one search on the whole frame) a record
+ * of 9 32-bit words, as legacy90vspsOpenLoopPitch_GSMAMR_16s writes it to
+ * its pDstVad: the maximum correlation and the energy at that lag of the
+ * three lag sections (max1, e1, max2, e2, max3, e3; 10.2 kbit/s: the
+ * weighted search's correlation t0 and energy t1 at its lag in the first
+ * pair), the pair of the chosen lag (max, energy), hp_max (the
+ * complex-signal measure, Q15 in the low half). pSrcOpenLoop holds the
+ * record of the first search then that of the second (18 words; 9 at 4.75
+ * and 5.15 kbit/s). Correlations and energies are those of the search's
+ * scaled signal (Lag_max's `max` and `t0` before Inv_sqrt). */
+
 /* The VAD option 1 hooks of the open-loop pitch search (TS 26.073
  * vad_tone_detection_update, vad_tone_detection, vad_complex_detection_update
- * and vad_pitch_detection), called once after the frame's open-loop search
- * with the raw values the search computed:
- * - pSrcMaxCorr[6], pSrcEnergy[6] (32-bit, the search's scaled signal):
- *   entry 3k+s for open-loop search k (0: first half frame, 1: second) and
- *   lag section s (0: lags 143..80, 1: 79..40, 2: 39..20; 12.2 kbit/s
- *   143..72, 71..36, 35..18): the section's maximum correlation (Lag_max's
- *   `max`) and the energy of the signal delayed by the section's best lag
- *   (Lag_max's `t0` before Inv_sqrt). 4.75 and 5.15 kbit/s run one search
- *   on the whole frame: entries 0..2 only. 10.2 kbit/s (weighted search,
- *   one lag per half frame): entries 0 and 3 hold its correlation t0 and
- *   energy t1 at the chosen lag. Unused entries are not read.
- * - corrHpMax: the complex-signal measure hp_max of the frame's last search
- *   (Q15 ratio corr_hp_max, computed in the search with idx = 1).
- * - pSrcLag[2]: the open-loop lags T_op of the two half frames (4.75 and
- *   5.15 kbit/s: the frame's lag twice).
- * Tone flag: per search one shift of the tone register (two, and bit 0x2000
- * set, at 4.75/5.15 kbit/s), bit 0x4000 set when a section has
- * max > 0.65 * round(energy); best_corr_hp = corrHpMax; pitch register from
- * the lag continuity of the last lags.
+ * and vad_pitch_detection), called once after the frame's open-loop search:
+ * per search one shift of the tone register (two, and bit 0x2000 set, at
+ * 4.75/5.15 kbit/s), bit 0x4000 set when a section (10.2 kbit/s: the one
+ * pair) has max > 0.65 * round(energy); best_corr_hp = the hp_max of the
+ * last record; the pitch register from the continuity of the lags pSrcLag
+ * (2: the open-loop lags of the two half frames; 4.75 and 5.15 kbit/s the
+ * frame's lag twice).
  * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
-VSPS_FN(VspStatus, legacy90vspsVAD1PitchUpdate_GSMAMR_32s, (const Vsp32s* pSrcMaxCorr, const Vsp32s* pSrcEnergy, Vsp16s corrHpMax, const Vsp16s* pSrcLag, Vsp8u* pState, int mode), (pSrcMaxCorr, pSrcEnergy, corrHpMax, pSrcLag, pState, mode))
+VSPS_FN(VspStatus, legacy90vspsVAD1PitchUpdate_GSMAMR_32s, (const Vsp32s* pSrcOpenLoop, const Vsp16s* pSrcLag, Vsp8u* pState, int mode), (pSrcOpenLoop, pSrcLag, pState, mode))
 
 /* Writes the byte size of the VAD option 2 state block to *pSize.
  * Checks: pSize null: vspStsNullPtrErr. */
@@ -484,16 +484,13 @@ VSPS_FN(VspStatus, legacy90vspsVAD2Init_GSMAMR, (Vsp8u* pState), (pState))
 VSPS_FN(VspStatus, legacy90vspsVAD2_GSMAMR_16s, (const Vsp16s* pSrc, Vsp8u* pState, int* pDstVad), (pSrc, pState, pDstVad))
 
 /* The VAD option 2 hook of the open-loop pitch search (TS 26.073
- * LTP_flag_update), called once after the frame's search. pSrcRmax and
- * pSrcR0 (32-bit) hold per open-loop search (4.75 and 5.15 kbit/s: one,
- * other rates: two, one per half frame) the values at the search's chosen
- * lag: the correlation (Lag_max's `max` of the winning section; at 10.2
- * kbit/s the weighted search's t0) and the energy of the delayed signal
- * (Lag_max's energy `t0`; at 10.2 kbit/s t1). They are summed with
- * saturation into L_Rmax and L_R0, and LTP_flag = L_Rmax > L_R0 * thr with
- * thr = 0.55 (4.75, 5.15), 0.6 (10.2), 0.65 (others), in Q15.
+ * LTP_flag_update), called once after the frame's search with its records
+ * pSrcOpenLoop (see above; the chosen pair of each is read): L_Rmax and
+ * L_R0 = the saturating sums of the chosen correlations and energies, and
+ * LTP_flag = L_Rmax > L_R0 * thr with thr = 0.55 (4.75, 5.15), 0.6 (10.2),
+ * 0.65 (others), Q15, for the next frame's noise update.
  * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
-VSPS_FN(VspStatus, legacy90vspsVAD2LTPFlag_GSMAMR_32s, (const Vsp32s* pSrcRmax, const Vsp32s* pSrcR0, Vsp8u* pState, int mode), (pSrcRmax, pSrcR0, pState, mode))
+VSPS_FN(VspStatus, legacy90vspsVAD2LTPFlag_GSMAMR_32s, (const Vsp32s* pSrcOpenLoop, Vsp8u* pState, int mode), (pSrcOpenLoop, pState, mode))
 
 /* Writes the byte size of the DTX encoder state block to *pSize.
  * Checks: pSize null: vspStsNullPtrErr. */

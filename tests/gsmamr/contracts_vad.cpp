@@ -71,7 +71,7 @@ VT_CONTRACT(legacy90vspsVAD1PitchUpdate_GSMAMR_32s) {
   vt::Contract c;
   c.valid = [=] {
     vt::Call call(name);
-    call.in("pSrcMaxCorr", 6).in("pSrcEnergy", 6).scalar("corrHpMax", 20000).in("pSrcLag", 2);
+    call.in("pSrcOpenLoop", 18).in("pSrcLag", 2);
     with_block(call, legacy90vspsVAD1StateSize_GSMAMR, legacy90vspsVAD1Init_GSMAMR, 2).scalar("mode", 1);
     return call;
   };
@@ -95,7 +95,7 @@ VT_CONTRACT(legacy90vspsVAD2LTPFlag_GSMAMR_32s) {
   vt::Contract c;
   c.valid = [=] {
     vt::Call call(name);
-    call.in("pSrcRmax", 2).in("pSrcR0", 2);
+    call.in("pSrcOpenLoop", 18);
     with_block(call, legacy90vspsVAD2StateSize_GSMAMR, legacy90vspsVAD2Init_GSMAMR, 3).scalar("mode", 11);
     return call;
   };

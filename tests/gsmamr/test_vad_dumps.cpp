@@ -3,9 +3,9 @@
 // every frame of the four DTX files, fed the dumped pre-processed speech
 // (hp), unquantised LSPs (lsp) and open-loop lags (Top). The open-loop
 // hooks get their correlations from a small routine below written from the
-// open-loop search's definition, run on the dumped weighted speech (wsp);
-// 10.2 kbit/s frames (weighted search) take the dumped sums and tone flag
-// instead. The state words are read from the blocks (their layout is the
+// open-loop search's definition (10.2 kbit/s: the weighted search with its
+// lag history), run on the dumped weighted speech (wsp) and closed-loop
+// lags (lag). The state words are read from the blocks (their layout is the
 // library's) and compared with the dump lines v1lvl, v1snr, v1st, v1bckr,
 // v1ave, v1post, v2, v2chdb, v2noise, v2ltp, dtx and sid.
 #include <gtest/gtest.h>
@@ -55,6 +55,8 @@ struct OpenLoop {
   int32_t max[3], energy[3];
   int best[3];
   int16_t hp_max;
+  std::vector<int32_t> corr;  // by lag
+  std::vector<int16_t> scal;  // the scaled signal, 143 samples of history first
 };
 
 int16_t sat16(int64_t v) { return static_cast<int16_t>(v > 32767 ? 32767 : (v < -32768 ? -32768 : v)); }
@@ -73,11 +75,12 @@ OpenLoop open_loop(const int16_t* sig, int L, int pit_min) {
   OpenLoop r{};
   int32_t t0 = 0;
   for (int i = -143; i < L; ++i) t0 = mac(t0, sig[i], sig[i]);
-  std::vector<int16_t> scal_buf(static_cast<std::size_t>(143 + L));
-  int16_t* scal = scal_buf.data() + 143;
+  r.scal.resize(static_cast<std::size_t>(143 + L));
+  int16_t* scal = r.scal.data() + 143;
   for (int i = -143; i < L; ++i)
     scal[i] = t0 == INT32_MAX ? static_cast<int16_t>(sig[i] >> 3) : (t0 < (1 << 20) ? sat16(sig[i] * 8) : sig[i]);
-  std::vector<int32_t> corr(144, 0);
+  std::vector<int32_t>& corr = r.corr;
+  corr.assign(144, 0);
   for (int T = pit_min; T <= 143; ++T)
     for (int j = 0; j < L; ++j)
       corr[static_cast<std::size_t>(T)] = mac(corr[static_cast<std::size_t>(T)], scal[j], scal[j - T]);
@@ -107,6 +110,58 @@ OpenLoop open_loop(const int16_t* sig, int L, int pit_min) {
   r.hp_max = shift >= 0 ? static_cast<int16_t>(cor >> (shift > 15 ? 15 : shift))
                         : sat16(int64_t(cor) << (-shift > 16 ? 16 : -shift));
   return r;
+}
+
+// The 10.2 kbit/s weighted search on the correlations of open_loop: lag and
+// neighbourhood weights, the median of the last five lags; writes the
+// record's first and chosen pairs, returns the lag.
+struct WeightedOl {
+  int16_t med = 40, ada_w = 0, wght_flg = 0, lags[5] = {40, 40, 40, 40, 40}, gain_flg[2] = {0, 0};
+};
+int32_t mpy_32_16(int32_t L, int16_t n) {
+  const int16_t hi = static_cast<int16_t>(L >> 16), lo = static_cast<int16_t>((L & 0xFFFF) >> 1);
+  return sat32(int64_t(sat32(2 * int64_t(hi) * n)) + 2 * ((int32_t(lo) * n) >> 15));
+}
+int16_t round16(int32_t L) { return static_cast<int16_t>(sat32(int64_t(L) + 0x8000) >> 16); }
+
+int weighted_search(WeightedOl& w, const OpenLoop& ol, const std::vector<int16_t>& cw, int L, int k, Vsp32s* rec) {
+  int32_t max = INT32_MIN;
+  int p = 143, we = 123 + 143 - w.med;
+  for (int T = 143; T >= 20; --T) {
+    int32_t t = mpy_32_16(ol.corr[static_cast<std::size_t>(T)], cw[static_cast<std::size_t>(107 + T)]);
+    if (w.wght_flg > 0) t = mpy_32_16(t, cw[static_cast<std::size_t>(we--)]);
+    if (t >= max) max = t, p = T;
+  }
+  const int16_t* scal = ol.scal.data() + 143;
+  int32_t t0 = 0, t1 = 0;
+  for (int j = 0; j < L; ++j) t0 = mac(t0, scal[j], scal[j - p]), t1 = mac(t1, scal[j - p], scal[j - p]);
+  rec[0] = rec[6] = t0, rec[1] = rec[7] = t1;
+  w.gain_flg[k] = round16(sat32(int64_t(t0) - 2 * int64_t(round16(t1)) * 13107));
+  if (w.gain_flg[k] > 0) {
+    for (int i = 4; i > 0; --i) w.lags[i] = w.lags[i - 1];
+    w.lags[0] = static_cast<int16_t>(p);
+    int16_t tmp[5], order[5];
+    std::copy(w.lags, w.lags + 5, tmp);
+    for (int i = 0; i < 5; ++i) {  // median: repeatedly the largest (">=", the last of equals)
+      int16_t m = -32767, ix = 0;
+      for (int16_t j = 0; j < 5; ++j)
+        if (tmp[j] >= m) m = tmp[j], ix = j;
+      tmp[ix] = -32768, order[i] = ix;
+    }
+    w.med = w.lags[order[2]], w.ada_w = 32767;
+  } else {
+    w.med = static_cast<int16_t>(p), w.ada_w = static_cast<int16_t>((w.ada_w * 29491) >> 15);
+  }
+  w.wght_flg = w.ada_w < 9830 ? 0 : 1;
+  return p;
+}
+
+std::vector<int16_t> read_table(const fs::path& path) {
+  std::ifstream f(path);
+  std::vector<int16_t> v;
+  for (std::string line; std::getline(f, line);)
+    if (!line.empty() && line[0] != '#') v.push_back(static_cast<int16_t>(std::stoi(line)));
+  return v;
 }
 
 struct Counts {
@@ -161,6 +216,9 @@ TEST_P(VadDumps, EveryFrame) {
   auto* s2 = reinterpret_cast<amr::Vad2State*>(st2.data());
   auto* sd = reinterpret_cast<amr::DtxEncState*>(dtx.data());
 
+  const std::vector<int16_t> cw = read_table(path.parent_path() / ".." / ".." / "tables" / "gsmamr" / "corrweight.txt");
+  ASSERT_EQ(cw.size(), 251u);
+  WeightedOl wol;
   std::vector<int16_t> speech(200, 0), wsp(143 + 160, 0);
   Vsp16s pastQuaEn[8] = {};
   Counts c;
@@ -222,28 +280,29 @@ TEST_P(VadDumps, EveryFrame) {
     const Vsp16s lags[2] = {static_cast<Vsp16s>(top[0]), static_cast<Vsp16s>(top[1])};
     const bool one = mode == vspRate4750 || mode == vspRate5150, mr102 = mode == vspRate10200;
     const int pit_min = mode == vspRate12200 ? 18 : 20;
-    Vsp32s maxc[6] = {}, energy[6] = {}, rmax[2] = {}, r0[2] = {};
-    int16_t hp_max = 0;
+    Vsp32s rec[18] = {};  // the open-loop records: 3 x (max, energy), chosen pair, hp_max
+    if (!mr102) wol.gain_flg[0] = wol.gain_flg[1] = 0;
     for (int k = 0; k < (one ? 1 : 2); ++k) {
       const OpenLoop ol = open_loop(wsp.data() + 143 + 80 * k, one ? 160 : 80, pit_min);
-      for (int s = 0; s < 3; ++s) {
-        maxc[3 * k + s] = ol.max[s], energy[3 * k + s] = ol.energy[s];
-        if (ol.best[s] == lags[k]) rmax[k] = ol.max[s], r0[k] = ol.energy[s];
+      for (int s = 0; s < 3 && !mr102; ++s) {
+        rec[9 * k + 2 * s] = ol.max[s], rec[9 * k + 2 * s + 1] = ol.energy[s];
+        if (ol.best[s] == lags[k]) rec[9 * k + 6] = ol.max[s], rec[9 * k + 7] = ol.energy[s];
       }
-      hp_max = ol.hp_max;
+      if (mr102) c.check("Top (10.2)", {lags[k]}, {weighted_search(wol, ol, cw, 80, k, rec + 9 * k)}, frame);
+      rec[9 * k + 8] = ol.hp_max;
     }
+    // The closed-loop lags of subframes 0 and 3 replace lags of the median's history.
+    if (wol.gain_flg[0] > 0 && !get(fr, "lag 0").empty()) wol.lags[1] = static_cast<int16_t>(get(fr, "lag 0")[0]);
+    if (wol.gain_flg[1] > 0 && !get(fr, "lag 3").empty()) wol.lags[0] = static_cast<int16_t>(get(fr, "lag 3")[0]);
     if (vad1) {
       const std::vector<int64_t>& post = get(fr, "v1post -1");
-      if (mr102) std::fill(maxc, maxc + 6, 0);  // weighted search: tone taken from the dump below
-      ASSERT_EQ(legacy90vspsVAD1PitchUpdate_GSMAMR_32s(maxc, energy, hp_max, lags, st1.data(), mode), vspStsNoErr);
-      if (mr102) s1->tone = static_cast<int16_t>(post[1]);
+      ASSERT_EQ(legacy90vspsVAD1PitchUpdate_GSMAMR_32s(rec, lags, st1.data(), mode), vspStsNoErr);
       c.check("v1post", post,
               {s1->pitch, s1->tone, s1->complex_high, s1->complex_low, s1->best_corr_hp, s1->oldlag_count, s1->oldlag},
               frame);
     } else {
       const std::vector<int64_t>& ltp = get(fr, "v2ltp -1");
-      if (mr102) rmax[0] = static_cast<Vsp32s>(ltp[1]), r0[0] = static_cast<Vsp32s>(ltp[0]), rmax[1] = r0[1] = 0;
-      ASSERT_EQ(legacy90vspsVAD2LTPFlag_GSMAMR_32s(rmax, r0, st2.data(), mode), vspStsNoErr);
+      ASSERT_EQ(legacy90vspsVAD2LTPFlag_GSMAMR_32s(rec, st2.data(), mode), vspStsNoErr);
       c.check("v2ltp", ltp, {s2->L_R0, s2->L_Rmax, s2->LTP_flag}, frame);
     }
   }
