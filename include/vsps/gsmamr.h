@@ -398,6 +398,7 @@ VSPS_FN(VspStatus, legacy90vspsPitchGain_GSMAMR_16s, (const Vsp16s* pSrcTarget, 
  * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsSubframePostProc_GSMAMR_16s, (const Vsp16s* pSrcSpeech, const Vsp16s* pSrcQLpc, const Vsp16s* pSrcTarget, const Vsp16s* pSrcCode, const Vsp16s* pSrcFltAdapt, const Vsp16s* pSrcFltCode, const Vsp16s* pSrcGain, Vsp16s* pSrcDstExc, Vsp16s* pMemSyn, Vsp16s* pMemErr, Vsp16s* pMemW0, Vsp16s* pDstSynth, Vsp16s* pDstSharp, int mode), (pSrcSpeech, pSrcQLpc, pSrcTarget, pSrcCode, pSrcFltAdapt, pSrcFltCode, pSrcGain, pSrcDstExc, pMemSyn, pMemErr, pMemW0, pDstSynth, pDstSharp, mode))
 
+/* ===============================================================
 /* ======================================================================
  * GSM-AMR encoder: VAD option 1, VAD option 2 and the DTX encoder
  * ====================================================================== */
@@ -535,3 +536,95 @@ VSPS_FN(VspStatus, legacy90vspsDTXBuffer_GSMAMR_16s, (const Vsp16s* pSrcLsp, con
  * Checks: any pointer null: vspStsNullPtrErr; computeSid not 0 or 1:
  * vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsDTXEncode_GSMAMR_16s, (int computeSid, Vsp16s* pSrcDstPastQuaEn, Vsp16s* pDstPrm, Vsp8u* pState), (computeSid, pSrcDstPastQuaEn, pDstPrm, pState))
+
+/* ======================================================================
+ * GSM-AMR encoder: algebraic codebooks and gain quantisers
+ * ====================================================================== */
+
+/* Common to these encoder steps: `mode` is the frame's speech rate as a
+ * VspSpeechBitRate value (0, 1, 3, 6, 7, 8, 11 or 12; 25 refused),
+ * otherwise vspStsRangeErr; subframe is 0..3. Vectors are one subframe (40).
+ * Arithmetic: bit-exact with TS 26.073. */
+
+/* Algebraic (fixed) codebook search with its index coding, one call per
+ * subframe (TS 26.073 cbsearch: code_2i40_9bits at 4.75/5.15, code_2i40_11bits
+ * at 5.9, code_3i40_14bits at 6.7, code_4i40_17bits at 7.4/7.95,
+ * code_8i40_31bits at 10.2, code_10i40_35bits at 12.2 kbit/s).
+ * Inputs: pTarget2 the codebook target xn2 (Q0), pImp the impulse response
+ * h1 of the weighted synthesis filter (Q12, unsharpened; not modified),
+ * pLtpResidual the LP residual after the adaptive contribution (res2, read
+ * at 10.2 and 12.2 kbit/s only, for the sign pre-selection; must not be
+ * null), T0 the integer pitch lag and sharpGain the sharpening gain (Q14):
+ * the previous subframe's quantised pitch gain capped at 0.8 (13017) for
+ * 4.75..10.2 kbit/s, this subframe's quantised pitch gain at 12.2 kbit/s.
+ * When T0 < 40 the impulse response (for the search) and then the code
+ * vector get the pitch contribution x[i] += x[i-T0] * 2 sharpGain.
+ * Search: backward-filtered target (cor_h_x), signs from it (4.75..7.95;
+ * with positions excluded per track at 6.7, 7.4, 7.95) or from the target
+ * and residual mix (set_sign12k2 at 10.2, 12.2), the sign-weighted
+ * correlation matrix of h1 normalised to 0.99 (cor_h), and the mode's pulse
+ * search (nested track loops at 4.75..7.95, the depth-first pair search
+ * of 8 or 10 pulses at 10.2, 12.2).
+ * Outputs: pDstCode (40) the code vector with sharpening (Q13, pulses
+ * 8191/-8192; 12.2 kbit/s Q12, pulses +-4096 that add), pDstFiltCode (40)
+ * y2 = the unsharpened pulses through the sharpened h1 (Q12; Q10 at 12.2),
+ * pDstIndex the codebook parameters in transmission order: {positions,
+ * signs} (2 words) at 4.75..7.95, 7 words at 10.2 (4 signs, 3 compressed
+ * position words), 10 words at 12.2 (5 sign+Gray position words, 5 Gray
+ * position words); the words after them up to 10 are left untouched.
+ * Checks in order: any pointer null: vspStsNullPtrErr; T0 outside 18..143,
+ * subframe outside 0..3, mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsFixedCodebookSearch_GSMAMR_16s, (const Vsp16s* pTarget2, const Vsp16s* pImp, const Vsp16s* pLtpResidual, Vsp16s T0, Vsp16s sharpGain, int subframe, Vsp16s* pDstCode, Vsp16s* pDstFiltCode, Vsp16s* pDstIndex, int mode), (pTarget2, pImp, pLtpResidual, T0, sharpGain, subframe, pDstCode, pDstFiltCode, pDstIndex, mode))
+
+/* Scalar pitch-gain quantisation (TS 26.073 q_gain_pitch) of 12.2 and
+ * 7.95 kbit/s: the entry of qua_gain_pitch (16 values, Q14) nearest to
+ * gainPitch among entry 0 and the entries <= gpLimit (first minimum).
+ * *pDstGain = the entry (at 12.2 kbit/s with its two low bits cleared),
+ * *pDstIndex = its index.
+ * Checks in order: any pointer null: vspStsNullPtrErr; mode not 8 or 12:
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsQuantPitchGain_GSMAMR_16s, (Vsp16s gainPitch, Vsp16s gpLimit, Vsp16s* pDstGain, Vsp16s* pDstIndex, int mode), (gainPitch, gpLimit, pDstGain, pDstIndex, mode))
+
+/* Writes the byte size of the gain quantiser's state block to *pSize.
+ * Checks: pSize null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsGainQuantStateSize_GSMAMR, (int* pSize), (pSize))
+
+/* Formats a gain quantiser state block (any alignment), TS 26.073
+ * gainQuant_reset: the two code-gain predictors (past quantised energies
+ * -14336 in the 20 log10 domain and -2381 in the log2 domain, Q10), the
+ * 4.75 kbit/s even-subframe memory and the 7.95 kbit/s gain adaptation
+ * (onset, previous alpha and code gain, LTP gain history) all zero.
+ * The state is a block because its parts move together from subframe to
+ * subframe and no caller needs to see them.
+ * Checks: pState null: vspStsNullPtrErr. */
+VSPS_FN(VspStatus, legacy90vspsGainQuantInit_GSMAMR, (Vsp8u* pState), (pState))
+
+/* Gain quantisation of one subframe (TS 26.073 gainQuant) with the MA
+ * prediction of the code gain (gc_pred) and its update.
+ * Inputs: pTarget xn (target of the adaptive search), pTarget2 xn2,
+ * pFiltAdapt y1 (filtered adaptive vector, Q0), pFiltCode y2 (filtered code,
+ * as legacy90vspsFixedCodebookSearch_GSMAMR_16s gives it), pCode the code
+ * vector (with sharpening), pResidual the subframe's LP residual (res, as
+ * the subframe pre-processing gives it, before the adaptive contribution is
+ * removed) and pAdapt the adaptive vector (both read at 7.95 kbit/s only,
+ * for the LTP coding gain of the gain adaptation), pCoeff the pitch-gain correlations
+ * {<y1,y1> mantissa, exponent, <xn,y1> mantissa, exponent} of G_pitch,
+ * gainPitch (Q14: the quantised gain at 12.2 kbit/s, else the unquantised
+ * gain after limiting), gpLimit (Q14, 32767 = none).
+ * 12.2 kbit/s: code gain from <xn2,y2>/<y2,y2>, scalar quantisation against
+ * the predicted gain (qua_gain_code, 32 entries). 7.95: pitch-gain
+ * quantisation with three candidates, joint search of candidate and code
+ * gain, then the code gain re-chosen with the adaptive criterion (gain
+ * adaptation from the LTP coding gain). 5.15, 5.9: joint table of 64 rows;
+ * 6.7, 7.4, 10.2: 128 rows. 4.75: even subframes store their energies and
+ * return the unquantised gains (the caller's provisional update), odd
+ * subframes search the 256-row table for both subframes jointly.
+ * Outputs: pDstGains (4) = {gain_pit Q14, gain_code Q1} of this subframe
+ * and, at 4.75 kbit/s odd subframes, the even subframe's quantised pair in
+ * [2], [3] (else [2], [3] repeat [0], [1]); pDstIndex (2) = the gain
+ * parameters of the subframe: 12.2 {code index, -1}, 7.95 {pitch index,
+ * code index}, 4.75 even {-1, -1}, 4.75 odd {joint index of both
+ * subframes, -1}, others {joint index, -1}. pState is updated.
+ * Checks in order: any pointer null: vspStsNullPtrErr; subframe outside
+ * 0..3, mode: vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsGainQuant_GSMAMR_16s, (const Vsp16s* pTarget, const Vsp16s* pTarget2, const Vsp16s* pFiltAdapt, const Vsp16s* pFiltCode, const Vsp16s* pCode, const Vsp16s* pResidual, const Vsp16s* pAdapt, const Vsp16s* pCoeff, Vsp16s gainPitch, Vsp16s gpLimit, Vsp8u* pState, Vsp16s* pDstGains, Vsp16s* pDstIndex, int subframe, int mode), (pTarget, pTarget2, pFiltAdapt, pFiltCode, pCode, pResidual, pAdapt, pCoeff, gainPitch, gpLimit, pState, pDstGains, pDstIndex, subframe, mode))
