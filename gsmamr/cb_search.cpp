@@ -14,7 +14,8 @@ VspStatus legacy90vspsFixedCodebookSearch_GSMAMR_16s(const Vsp16s* pTarget2, con
                                                      Vsp16s* pDstIndex, int mode) {
   if (!pTarget2 || !pImp || !pLtpResidual || !pDstCode || !pDstFiltCode || !pDstIndex) return vspStsNullPtrErr;
   const int16_t m = amr::ref_mode(mode);
-  if (T0 < 18 || T0 > amr::kPitMax || subframe < 0 || subframe > 3 || m < 0 || m == amr::MRDTX) return vspStsRangeErr;
+  if (T0 < 17 || T0 > amr::kPitMax + 1 || subframe < 0 || subframe > 3 || m < 0 || m == amr::MRDTX)
+    return vspStsRangeErr;
   int16_t h[amr::kSubfr], code[amr::kSubfr], y[amr::kSubfr], indx[10];
   for (int i = 0; i < amr::kSubfr; ++i) h[i] = pImp[i];
   const int16_t sharp = bop::shl(sharpGain, 1);

@@ -192,7 +192,8 @@ VspStatus legacy90vspsAdaptiveVector_GSMAMR_16s(Vsp16s* pSrcDstExc, const Vsp16s
   if (m < 0) return vspStsRangeErr;
   const bool flag3 = m != MR122;
   const int16_t T0 = pSrcLag[0], frac = pSrcLag[1];
-  if (T0 < (flag3 ? 19 : 17) || T0 > kPitMax || frac < (flag3 ? -1 : -2) || frac > (flag3 ? 1 : 3))
+  if (T0 < (flag3 ? 19 : 17) || T0 > (flag3 ? kPitMax + 1 : kPitMax) || frac < (flag3 ? -1 : -2) ||
+      frac > (flag3 ? 1 : 3))
     return vspStsRangeErr;
   int16_t exc[kExcHist + kSubfr];
   for (int i = 0; i < kExcHist + kSubfr; ++i) exc[i] = pSrcDstExc[i];

@@ -3,6 +3,7 @@
 // updates) and the tone stabiliser (check_lsp, check_gp_clipping,
 // update_gp_clipping). Tone state: count, then gp[7] (Q11 = gain >> 3).
 #include "gsmamr/enc_ops.h"
+#include "gsmamr/gain_common.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -56,24 +57,6 @@ bool check_gp_clipping(const int16_t* tone, int16_t g) {
   return bop::sub(sum, kGpClip) > 0;
 }
 
-// q_gain_pitch of 12.2 kbit/s: nearest table gain not above gp_limit.
-int16_t q_gain_pitch_122(int16_t gp_limit, int16_t& gain) {
-  using namespace bop;
-  const int16_t* qua = gsmamr::kQuaGainPitch;
-  int16_t err_min = abs_s(sub(gain, qua[0]));
-  int16_t index = 0;
-  for (int16_t i = 1; i < 16; ++i)
-    if (sub(qua[i], gp_limit) <= 0) {
-      const int16_t err = abs_s(sub(gain, qua[i]));
-      if (sub(err, err_min) < 0) {
-        err_min = err;
-        index = i;
-      }
-    }
-  gain = static_cast<int16_t>(qua[index] & 0xFFFC);
-  return index;
-}
-
 }  // namespace
 }  // namespace amr
 
@@ -97,7 +80,7 @@ VspStatus legacy90vspsPitchGain_GSMAMR_16s(const Vsp16s* pSrcTarget, const Vsp16
     if (gpc) gp_limit = kGpClip;
   } else {
     if (gpc) gp_limit = gain_pit = kGpClip;
-    if (m == MR122) index = q_gain_pitch_122(gp_limit, gain_pit);
+    if (m == MR122) index = gq::q_gain_pitch(m, gp_limit, gain_pit);
   }
   for (int i = 0; i < kSubfr; ++i) {
     pDstTarget2[i] = sub(pSrcTarget[i], extract_h(L_shl(L_mult(pSrcFltAdapt[i], gain_pit), 1)));

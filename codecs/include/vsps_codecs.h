@@ -69,6 +69,30 @@ VSPS_CODECS_API VspStatus vspscodecGsmAmrDecoderInit(void* pDecoder);
 VSPS_CODECS_API VspStatus vspscodecGsmAmrDecode(void* pDecoder, int rxType, int mode, const Vsp8u* pBits,
                                                 Vsp16s* pDstPcm);
 
+/* Byte size of a GSM-AMR encoder object. */
+VSPS_CODECS_API VspStatus vspscodecGsmAmrEncoderGetSize(int* pSize);
+/* Formats an encoder object (reset state): dtx 0 or 1 (discontinuous
+ * transmission), vad 1 or 2 (the voice activity detector used with DTX).
+ * Checks: pEncoder null: vspStsNullPtrErr; dtx or vad outside their values:
+ * vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecGsmAmrEncoderInit(void* pEncoder, int dtx, int vad);
+/* Encodes one frame of 160 samples (the 3 low bits are ignored) in mode
+ * 0..7 (may change every frame): *pTxType = 0 speech, 1 SID_FIRST,
+ * 2 SID_UPDATE, 3 no data (the standard's TX types; only 0 without DTX);
+ * pBits (244) the coded bits in the serial order (speech: the mode's bits;
+ * otherwise the 35 SID bits), the rest 0. A frame of 160 samples of 0x0008
+ * (encoder homing frame) is coded, then the encoder is reset.
+ * Checks: pointers null: vspStsNullPtrErr; mode outside 0..7:
+ * vspStsRangeErr; an object not formatted by Init: vspStsBadArgErr. */
+VSPS_CODECS_API VspStatus vspscodecGsmAmrEncode(void* pEncoder, int mode, const Vsp16s* pSrcPcm, int* pTxType,
+                                                Vsp8u* pBits);
+/* Writes one frame of the standard's serial format (250 16-bit words):
+ * txType (0..3), the 244 bit words, the mode word (the requested mode 0..7;
+ * -1 for no-data frames), 4 zero words.
+ * Checks: pointers null: vspStsNullPtrErr; txType outside 0..3 or mode
+ * outside 0..7: vspStsRangeErr. */
+VSPS_CODECS_API VspStatus vspscodecGsmAmrSerialWrite(int txType, int mode, const Vsp8u* pBits, Vsp16s* pWords);
+
 /* Reads one frame of the standard's serial format (250 16-bit words:
  * type, 244 bit words, mode, 4 zero words). Type words 0..3 are the
  * transmit types (speech, SID_FIRST, SID_UPDATE, no data) and map to RX 0,

@@ -367,9 +367,10 @@ VSPS_FN(VspStatus, legacy90vspsAdaptiveCodebookSearch_GSMAMR_16s, (const Vsp16s*
 /* Adaptive-codebook vector of a known lag (Pred_lt_3or6, Convolve): the 40
  * samples after the 154 of history in pSrcDstExc are overwritten with the
  * interpolated past excitation of lag pSrcLag[0] and fraction pSrcLag[1]
- * (thirds, sixths at 12.2 kbit/s); pDstFltAdapt = that vector filtered by
+ * (thirds, sixths at 12.2 kbit/s; the search gives 144 - 1/3 and 17 + 1/2
+ * at the ends of the ranges); pDstFltAdapt = that vector filtered by
  * pSrcImp (Q12).
- * Checks: any pointer null: vspStsNullPtrErr; mode, a lag outside 19..143
+ * Checks: any pointer null: vspStsNullPtrErr; mode, a lag outside 19..144
  * (17..143 at 12.2) or a fraction outside -1..1 (-2..3): vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsAdaptiveVector_GSMAMR_16s, (Vsp16s* pSrcDstExc, const Vsp16s* pSrcImp, const Vsp16s* pSrcLag, Vsp16s* pDstFltAdapt, int mode), (pSrcDstExc, pSrcImp, pSrcLag, pDstFltAdapt, mode))
 
@@ -398,7 +399,16 @@ VSPS_FN(VspStatus, legacy90vspsPitchGain_GSMAMR_16s, (const Vsp16s* pSrcTarget, 
  * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsSubframePostProc_GSMAMR_16s, (const Vsp16s* pSrcSpeech, const Vsp16s* pSrcQLpc, const Vsp16s* pSrcTarget, const Vsp16s* pSrcCode, const Vsp16s* pSrcFltAdapt, const Vsp16s* pSrcFltCode, const Vsp16s* pSrcGain, Vsp16s* pSrcDstExc, Vsp16s* pMemSyn, Vsp16s* pMemErr, Vsp16s* pMemW0, Vsp16s* pDstSynth, Vsp16s* pDstSharp, int mode), (pSrcSpeech, pSrcQLpc, pSrcTarget, pSrcCode, pSrcFltAdapt, pSrcFltCode, pSrcGain, pSrcDstExc, pMemSyn, pMemErr, pMemW0, pDstSynth, pDstSharp, mode))
 
-/* ===============================================================
+/* The code-gain predictor memories of a gain quantiser state block
+ * (legacy90vspsGainQuantInit_GSMAMR): write 0 copies its 8 past quantised
+ * energies (the four of the rates below 12.2 kbit/s, then the four of 12.2
+ * kbit/s, Q10, newest first) into pSrcDstEnergy; write 1 sets them from
+ * pSrcDstEnergy (the comfort-noise frames' update, see
+ * legacy90vspsDTXEncode_GSMAMR_16s). Nothing else of the block changes.
+ * Checks: any pointer null: vspStsNullPtrErr; write not 0 or 1:
+ * vspStsRangeErr. */
+VSPS_FN(VspStatus, legacy90vspsGainPredictorEnergy_GSMAMR_16s, (Vsp16s* pSrcDstEnergy, Vsp8u* pState, int write), (pSrcDstEnergy, pState, write))
+
 /* ======================================================================
  * GSM-AMR encoder: VAD option 1, VAD option 2 and the DTX encoder
  * ====================================================================== */
@@ -572,7 +582,7 @@ VSPS_FN(VspStatus, legacy90vspsDTXEncode_GSMAMR_16s, (int computeSid, Vsp16s* pS
  * signs} (2 words) at 4.75..7.95, 7 words at 10.2 (4 signs, 3 compressed
  * position words), 10 words at 12.2 (5 sign+Gray position words, 5 Gray
  * position words); the words after them up to 10 are left untouched.
- * Checks in order: any pointer null: vspStsNullPtrErr; T0 outside 18..143,
+ * Checks in order: any pointer null: vspStsNullPtrErr; T0 outside 17..144,
  * subframe outside 0..3, mode: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsFixedCodebookSearch_GSMAMR_16s, (const Vsp16s* pTarget2, const Vsp16s* pImp, const Vsp16s* pLtpResidual, Vsp16s T0, Vsp16s sharpGain, int subframe, Vsp16s* pDstCode, Vsp16s* pDstFiltCode, Vsp16s* pDstIndex, int mode), (pTarget2, pImp, pLtpResidual, T0, sharpGain, subframe, pDstCode, pDstFiltCode, pDstIndex, mode))
 

@@ -95,7 +95,7 @@ VT_CONTRACT(legacy90vspsAdaptiveVector_GSMAMR_16s) {
         return call.out("pDstFltAdapt", 40).scalar("mode", 8);
       },
       {vt::custom(
-          "lag 144", {"pSrcLag"}, [](vt::Call& call) { call.buf<int16_t>("pSrcLag")[0] = 144; }, vspStsRangeErr)});
+          "lag 145", {"pSrcLag"}, [](vt::Call& call) { call.buf<int16_t>("pSrcLag")[0] = 145; }, vspStsRangeErr)});
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     random_call(call, rng);
     call.buf<int16_t>("pSrcLag")[0] = static_cast<int16_t>(19 + rng() % 125);
@@ -121,4 +121,18 @@ VT_CONTRACT(legacy90vspsSubframePostProc_GSMAMR_16s) {
     call.inout("pMemSyn", 10).inout("pMemErr", 10).inout("pMemW0", 10).out("pDstSynth", 40).out("pDstSharp", 1);
     return call.scalar("mode", 3);
   });
+}
+
+VT_CONTRACT(legacy90vspsGainPredictorEnergy_GSMAMR_16s) {
+  vt::Contract c;
+  c.valid = [=] {
+    int n = 0;
+    legacy90vspsGainQuantStateSize_GSMAMR(&n);
+    vt::Call call(name);
+    call.inout("pSrcDstEnergy", 8).bytes("pState", n, 1).scalar("write", 1);
+    legacy90vspsGainQuantInit_GSMAMR(call.buf<Vsp8u>("pState").data());
+    return call;
+  };
+  c.checks = {vt::bad("write", -1, vspStsRangeErr), vt::bad("write", 2, vspStsRangeErr)};
+  return c;
 }

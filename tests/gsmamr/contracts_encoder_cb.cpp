@@ -41,7 +41,7 @@ VT_CONTRACT(legacy90vspsFixedCodebookSearch_GSMAMR_16s) {
     call.buf<Vsp16s>("pImp")[0] = 4096;
     return call;
   };
-  c.checks = {vt::bad("T0", 17, vspStsRangeErr), vt::bad("T0", 144, vspStsRangeErr)};
+  c.checks = {vt::bad("T0", 16, vspStsRangeErr), vt::bad("T0", 145, vspStsRangeErr)};
   for (const vt::Check& k : bad_subframes()) c.checks.push_back(k);
   for (const vt::Check& k : bad_speech_modes()) c.checks.push_back(k);
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
