@@ -155,9 +155,10 @@ bool demo_lp(const std::vector<int16_t>& speech, const std::filesystem::path& di
 
 // G.729 and G.729A through the codec layer and back: how close the decoded
 // speech comes to the input, and the codec's speed. A segmental SNR below
-// kMinSegSnrDb means the round trip is broken (a misaligned or unrelated
-// output of the same power scores about -3 dB; a working CELP codec at
-// 8 kbit/s keeps its waveform clearly above that).
+// kMinSegSnrDb means the round trip is broken: a silent output scores 0 dB,
+// an unrelated one of the same power about -3 dB, the decoded speech
+// compared at a wrong delay about -2 dB; an 8 kbit/s CELP codec that works
+// keeps its waveform well above that.
 constexpr double kMinSegSnrDb = 3.0;
 
 bool demo_g729_codec(const std::vector<int16_t>& speech, FILE* out) {
