@@ -9,6 +9,7 @@
 #include "core/basic_ops.h"
 #include "core/dpf.h"
 #include "g729/codec_tables.h"
+#include "speech/corr/mac_sums.h"
 #include "speech/filter/lp_filters.h"
 
 namespace vsps::VSPS_NS::g729c {
@@ -16,17 +17,17 @@ namespace vsps::VSPS_NS::g729c {
 namespace tb = vsps::tables::g729c;
 using namespace bop;
 
-inline constexpr int kSubfr = 40;       // L_SUBFR
-inline constexpr int kFrame = 80;       // L_FRAME
-inline constexpr int kM = 10;           // LP order
-inline constexpr int kPitMin = 20;      // PIT_MIN
-inline constexpr int kPitMax = 143;     // PIT_MAX
+inline constexpr int kSubfr = 40;    // L_SUBFR
+inline constexpr int kFrame = 80;    // L_FRAME
+inline constexpr int kM = 10;        // LP order
+inline constexpr int kPitMin = 20;   // PIT_MIN
+inline constexpr int kPitMax = 143;  // PIT_MAX
 // Range of decoded integer lags: index 0 of subframe 0 decodes to 19 + 1/3,
 // index 31 of subframe 1 next to the top to 144 - 1/3.
 inline constexpr int kLagMin = 19;
 inline constexpr int kLagMax = 144;
-inline constexpr int kInterpol = 10;    // L_INTERPOL - 1: taps each side of Pred_lt_3
-inline constexpr int kExcHistory = 154; // PIT_MAX + L_INTERPOL: past excitation the adaptive vector reads
+inline constexpr int kInterpol = 10;     // L_INTERPOL - 1: taps each side of Pred_lt_3
+inline constexpr int kExcHistory = 154;  // PIT_MAX + L_INTERPOL: past excitation the adaptive vector reads
 
 // A 32-bit shift count brought into -32..32: the same result for L_shl and
 // L_shr (everything beyond saturates or empties), and never the count
@@ -101,9 +102,13 @@ inline void weight_az(const int16_t* a, int16_t g, int16_t* ap) {
 inline void cor_h_x(const int16_t* h, const int16_t* x, int16_t* dn) {
   int32_t y32[kSubfr];
   int32_t mx = 0;
+  const bool exact = speech::cross_fits(speech::energy(h, kSubfr), speech::energy(x, kSubfr));
   for (int i = 0; i < kSubfr; ++i) {
     int32_t s = 0;
-    for (int j = i; j < kSubfr; ++j) s = L_mac(s, x[j], h[j - i]);
+    if (exact)
+      s = speech::mac_cross(x + i, h, kSubfr - i);
+    else
+      for (int j = i; j < kSubfr; ++j) s = L_mac(s, x[j], h[j - i]);
     y32[i] = s;
     if (L_sub(L_abs(s), mx) > 0) mx = L_abs(s);
   }
