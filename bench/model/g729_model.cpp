@@ -298,7 +298,7 @@ static const int16_t* cb1(int i) { return t::kLspCb1Q13 + i * M; }
 static const int16_t* cb2(int i) { return t::kLspCb2Q13 + i * M; }
 static const int16_t* fg(int mode, int k) { return t::kMaPredQ15 + (mode * 4 + k) * M; }
 
-static void lsp_lsf2(const int16_t* lsp, int16_t* lsf) {
+void lsp_lsf2(const int16_t* lsp, int16_t* lsf) {
   int16_t ind = 63;
   for (int i = M - 1; i >= 0; --i) {
     while (sub(t::kCosTableQ15[ind], lsp[i]) < 0) {
@@ -312,7 +312,7 @@ static void lsp_lsf2(const int16_t* lsp, int16_t* lsf) {
   }
 }
 
-static void lsf_lsp2(const int16_t* lsf, int16_t* lsp) {
+void lsf_lsp2(const int16_t* lsf, int16_t* lsp) {
   for (int i = 0; i < M; ++i) {
     const int16_t freq = mult(lsf[i], 20861);
     int16_t ind = shr(freq, 8);
@@ -475,10 +475,61 @@ void qua_lsp(QuantState& s, const int16_t* lsp, int16_t* lsp_q, int* codes) {
   lsf_lsp2(flsp_q, lsp_q);
 }
 
+void lsf_decode(QuantState& s, const int* codes, int16_t* lsf_q) { lsp_get_quant(s.freq_prev, codes, lsf_q); }
+
 void lsp_decode(QuantState& s, const int* codes, int16_t* lsp_q) {
   int16_t lsf[M];
   lsp_get_quant(s.freq_prev, codes, lsf);
   lsf_lsp2(lsf, lsp_q);
+}
+
+// ---- floating-point annex ------------------------------------------------------
+static void get_lsp_pol_f(const float* lsp, float* f) {
+  f[0] = 1.0f;
+  f[1] = -2.0f * lsp[0];
+  for (int i = 2; i <= 5; i++) {
+    const float b = -2.0f * lsp[2 * i - 2];
+    f[i] = b * f[i - 1] + 2.0f * f[i - 2];
+    for (int j = i - 1; j > 1; j--) f[j] += b * f[j - 1] + f[j - 2];
+    f[1] += b;
+  }
+}
+
+void lsp_az_f(const float* lsp, float* a) {
+  float f1[6], f2[6];
+  get_lsp_pol_f(&lsp[0], f1);
+  get_lsp_pol_f(&lsp[1], f2);
+  for (int i = 5; i > 0; i--) {
+    f1[i] += f1[i - 1];
+    f2[i] -= f2[i - 1];
+  }
+  a[0] = 1.0f;
+  for (int i = 1, j = 10; i <= 5; i++, j--) {
+    a[i] = 0.5f * (f1[i] + f2[i]);
+    a[j] = 0.5f * (f1[i] - f2[i]);
+  }
+}
+
+float levinson_f(const float* r, float* a, float* rc) {
+  rc[0] = -r[1] / r[0];
+  a[0] = 1.0f;
+  a[1] = rc[0];
+  float err = r[0] + r[1] * rc[0];
+  for (int i = 2; i <= M; i++) {
+    float s = 0.0f;
+    for (int j = 0; j < i; j++) s += r[i - j] * a[j];
+    rc[i - 1] = -s / err;
+    for (int j = 1; j <= i / 2; j++) {
+      const int l = i - j;
+      const float at = a[j] + rc[i - 1] * a[l];
+      a[l] += rc[i - 1] * a[j];
+      a[j] = at;
+    }
+    a[i] = rc[i - 1];
+    err += rc[i - 1] * s;
+    if (err <= 0.0f) err = 0.001f;
+  }
+  return err;
 }
 
 }  // namespace model::g729

@@ -32,6 +32,16 @@ struct QuantState {
 void qua_lsp(QuantState& s, const int16_t* lsp, int16_t* lsp_q, int* codes);
 // Decoder of a good frame: LSF decode, stability, LSF to LSP.
 void lsp_decode(QuantState& s, const int* codes, int16_t* lsp_q);
+// Its first part (Lsp_iqua_cs of a good frame): the quantised LSF, radian Q13.
+void lsf_decode(QuantState& s, const int* codes, int16_t* lsf_q);
+// Lsf_lsp2 and Lsp_lsf2: radian Q13 LSF <-> Q15 LSP.
+void lsf_lsp2(const int16_t* lsf, int16_t* lsp);
+void lsp_lsf2(const int16_t* lsp, int16_t* lsf);
+
+// The floating-point annex's lsp_az (with get_lsp_pol) and levinson, built
+// with FLOAT as float (single precision, the library's float twins' type).
+void lsp_az_f(const float* lsp, float* a);
+float levinson_f(const float* r, float* a, float* rc);
 
 // Chebyshev evaluation of one point: the Q11 form, and the recursion with
 // a form's constants (shared with the GSM-AMR model).
