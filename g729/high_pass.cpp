@@ -73,17 +73,20 @@ VspStatus legacy90vspsHighPassFilter_G729_16s_ISfs(Vsp16s* pSrcDst, int len, int
     int32_t acc;
     bool done = false;
     if (plain) {
-      auto term = [](int32_t y, int16_t a) {  // Mpy_32_16(L_Extract(y), a)
-        const int64_t hi = y >> 16, lo = (y & 0xFFFF) >> 1;
-        return 2 * hi * a + 2 * ((lo * a) >> 15);
-      };
+      // Mpy_32_16(L_Extract(y), a) = 2 (hi a + floor(lo a / 2^15)) with
+      // y >> 1 = hi 2^15 + lo: the same as 2 floor((y >> 1) a / 2^15), one
+      // product on the recursion's path instead of two.
+      auto term = [](int32_t y, int16_t a) { return 2 * ((int64_t{y >> 1} * a) >> 15); };
       const int64_t r2 = term(y2, a2);
       const int64_t r3 = r2 + 2 * int64_t{x} * b0;
       const int64_t r4 = r3 + 2 * int64_t{x1} * b1;
       const int64_t r5 = r4 + 2 * int64_t{x2} * b2;
       const int64_t m1 = term(y1, a1);
-      auto in32 = [](int64_t v) { return v >= bop::kMin32 && v <= bop::kMax32; };
-      done = in32(m1 + r2) && in32(m1 + r3) && in32(m1 + r4) && in32(m1 + r5);
+      // m1 + r_k within 32 bits for k = 2..5: one range for m1.
+      auto lo = [](int64_t u, int64_t v) { return u < v ? u : v; };
+      auto hi = [](int64_t u, int64_t v) { return u > v ? u : v; };
+      const int64_t rMin = lo(lo(r2, r3), lo(r4, r5)), rMax = hi(hi(r2, r3), hi(r4, r5));
+      done = m1 >= bop::kMin32 - rMin && m1 <= bop::kMax32 - rMax;
       acc = static_cast<int32_t>(m1 + r5);
     }
     if (!done) {
