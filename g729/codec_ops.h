@@ -143,12 +143,37 @@ inline void residu(const int16_t* a, const int16_t* x, int16_t* y, int len) { sp
 
 // Pred_lt_3: adaptive-codebook vector of 1/3 resolution written over
 // exc[0..len-1]; exc[-T0-10..] is read (for T0 < len its own output).
+//
+// When max|x| sum|c| < 2^30 over the samples read (the outputs among them
+// counted as 32768), no L_mac of the chain saturates and the taps are summed
+// as plain products.
 inline void pred_lt_3(int16_t* exc, int T0, int frac, int len) {
   const int16_t* x0 = exc - T0;
   frac = -frac;
   if (frac < 0) {
     frac += 3;
     --x0;
+  }
+  int16_t c1[kInterpol], c2[kInterpol];
+  int64_t sumC = 0;
+  for (int i = 0, k = 0; i < kInterpol; ++i, k += 3) {
+    c1[i] = tb::kInter3l[frac + k];
+    c2[i] = tb::kInter3l[3 - frac + k];
+    sumC += (c1[i] < 0 ? -c1[i] : c1[i]) + (c2[i] < 0 ? -c2[i] : c2[i]);
+  }
+  const int16_t* first = x0 - (kInterpol - 1);  // x1[-9] of output 0
+  const int16_t* last = x0 + len + kInterpol;   // one past x2[9] of the last output
+  const bool readsOutputs = last > exc;
+  const int32_t maxX = readsOutputs ? 32768 : speech::max_abs(first, static_cast<int>(last - first));
+  if (maxX * sumC < (int64_t{1} << 30)) {
+    for (int j = 0; j < len; ++j) {
+      const int16_t* x1 = x0 + j;
+      const int16_t* x2 = x1 + 1;
+      int32_t s = 0;
+      for (int i = 0; i < kInterpol; ++i) s += int32_t{x1[-i]} * c1[i] + int32_t{x2[i]} * c2[i];
+      exc[j] = round(2 * s);
+    }
+    return;
   }
   for (int j = 0; j < len; ++j) {
     const int16_t* x1 = x0 + j;
