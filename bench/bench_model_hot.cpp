@@ -257,6 +257,63 @@ void BM_Model_G729_LevinsonDurbin_32f(benchmark::State& state) {
 }
 BENCHMARK(BM_Model_G729_LevinsonDurbin_32f);
 
+void BM_Model_G729_LPCToLSP_A(benchmark::State& state) {
+  int16_t lsp[10];
+  run(
+      state,
+      [&](int i) {
+        Vsp16s l[10];
+        legacy90vspsLPCToLSP_G729A_16s(g729(i).lpc, g729(i).lsp, l);
+        model::g729::az_lsp_grid(g729(i).lpc, lsp, g729(i).lsp, true);
+        return std::memcmp(l, lsp, sizeof l) == 0;
+      },
+      [&](int i) {
+        model::g729::az_lsp_grid(g729(i).lpc, lsp, g729(i).lsp, true);
+        benchmark::DoNotOptimize(lsp);
+      });
+}
+BENCHMARK(BM_Model_G729_LPCToLSP_A);
+
+void BM_Model_G729_LSPToLSF_Norm(benchmark::State& state) {
+  int16_t lsf[10];
+  run(
+      state,
+      [&](int i) {
+        Vsp16s l[10];
+        legacy90vspsLSPToLSF_Norm_G729_16s(g729(i).lsp, l);
+        model::g729::lsp_lsf(g729(i).lsp, lsf);
+        return std::memcmp(l, lsf, sizeof l) == 0;
+      },
+      [&](int i) {
+        model::g729::lsp_lsf(g729(i).lsp, lsf);
+        benchmark::DoNotOptimize(lsf);
+      });
+}
+BENCHMARK(BM_Model_G729_LSPToLSF_Norm);
+
+void BM_Model_G729_LSFDecodeErased(benchmark::State& state) {
+  model::g729::QuantState s;
+  int16_t lsf[10];
+  run(
+      state,
+      [&](int i) {
+        Vsp16s mem[40], l[10];
+        std::memcpy(mem, g729(i).prevFreq, sizeof mem);
+        std::memcpy(l, g729(i).lsf, sizeof l);
+        std::memcpy(s.freq_prev, g729(i).prevFreq, sizeof mem);
+        legacy90vspsLSFDecodeErased_G729_16s(g729(i).codes[0], mem, l);
+        model::g729::lsf_decode_erased(s, g729(i).codes[0], g729(i).lsf);
+        return std::memcmp(mem, s.freq_prev, sizeof mem) == 0 && std::memcmp(l, g729(i).lsf, sizeof l) == 0;
+      },
+      [&](int i) {
+        std::memcpy(s.freq_prev, g729(i).prevFreq, sizeof s.freq_prev);  // as the library's benchmark
+        std::memcpy(lsf, g729(i).lsf, sizeof lsf);
+        model::g729::lsf_decode_erased(s, g729(i).codes[0], lsf);
+        benchmark::DoNotOptimize(s.freq_prev);
+      });
+}
+BENCHMARK(BM_Model_G729_LSFDecodeErased);
+
 void BM_Model_AMR_AutoCorr(benchmark::State& state) {
   const bool mr122 = state.range(0) == vspRate12200;
   int16_t rh[2][11], rl[2][11];
