@@ -96,7 +96,9 @@ inline int32_t fmult(int32_t an, int32_t srn) {
   const int32_t ws = (srn >> 10) ^ s;
   const int32_t we = ((srn >> 6) & 15) + e;
   const int32_t wm = ((srn & 63) * mant + 48) >> 4;
-  const int32_t wmag = we <= 26 ? (wm << 7) >> (26 - we) : ((wm << 7) << (we - 26)) & 32767;
+  // (wm << 7) >> (26 - we) below WE = 27, (wm << 7) << (we - 26) above, in one
+  // shift: wm <= 251, so nothing reaches bit 15 before the mask for we <= 26.
+  const int32_t wmag = ((wm << 9) >> (28 - we)) & 32767;
   return ws == 0 ? wmag : (65536 - wmag) & 65535;
 }
 
@@ -136,9 +138,12 @@ inline LogDiff log_diff(int32_t d, int32_t y) {
 }
 
 // The interval of the quantiser (QUAN) that holds DLN.
+// The thresholds fall strictly from row to row and the last is 0, so the
+// row is the number of thresholds above DLN: counted without a data-
+// dependent branch (speech makes the end of a search unpredictable).
 inline const vsps::tables::g726::QuanRow& quan_row(const RateTables& rt, int32_t dln) {
   int r = 0;
-  while (rt.quan[r].threshold > dln) ++r;  // the last threshold is 0
+  for (int k = 0; k + 1 < rt.quanRows; ++k) r += rt.quan[k].threshold > dln ? 1 : 0;
   return rt.quan[r];
 }
 
