@@ -86,11 +86,38 @@ inline void lower_update(int16_t* st, int il) {
   adapt(st, dq);
 }
 
+// The lower-band decision interval of magnitude wd: the reference's search
+// stops at the first m < 30 whose threshold mult(Q6[m] << 3, det) exceeds
+// wd. The thresholds never fall with m (Q6 rises, det > 0, and Q6[29] << 3 =
+// 23352 does not saturate), so the interval is the count of thresholds at
+// most wd.
+#if defined(VSPS_SIMD128)
+// Four rows of eight thresholds (m = 0..7, 8..15, 16..23, 22..29), compared
+// at once; the interval is the run of trailing ones of the row masks (with
+// m = 22, 23 twice past bit 23).
+inline int lower_interval(int16_t det, int16_t wd) {
+  const __m128i d = _mm_set1_epi16(det), w = _mm_set1_epi16(wd), ones = _mm_set1_epi16(-1);
+  const auto atMost = [&](int from) {
+    const __m128i q = _mm_slli_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t::kQ6 + from)), 3);
+    return _mm_xor_si128(_mm_cmpgt_epi16(simd::mult_q15(q, d), w), ones);
+  };
+  const auto lo = static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(atMost(0), atMost(8))));
+  const auto hi = static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(atMost(16), atMost(22))));
+  const int run = __builtin_ctzll(~((uint64_t{hi} << 16) | lo));
+  return run < 24 ? run : run - 2;
+}
+#else
+inline int lower_interval(int16_t det, int16_t wd) {
+  int m = 0;
+  while (m < 30 && bop::mult(bop::shl(t::kQ6[m], 3), det) <= wd) ++m;
+  return m;
+}
+#endif
+
 inline int lower_encode(int16_t* st, int16_t xl) {
   const int16_t el = bop::sub(xl, st[kS]);
   const int16_t wd = ones_magnitude(el);
-  int m = 0;
-  while (m < 30 && bop::mult(bop::shl(t::kQ6[m], 3), st[kDet]) <= wd) ++m;
+  const int m = lower_interval(st[kDet], wd);
   const int il = el >= 0 ? t::kMisilPos[m] : t::kMisilNeg[m];
   lower_update(st, il);
   return il;
