@@ -57,16 +57,6 @@ inline int16_t zero_predictor(int16_t* b, int16_t* d, int16_t dq, int16_t g) {
   for (int i = 0; i < 6; ++i) d[i + 1] = lanes[i];
   return static_cast<int16_t>(_mm_cvtsi128_si32(sz));
 }
-#else
-inline int16_t zero_predictor(int16_t* b, int16_t* d, int16_t dq, int16_t g) {
-  for (int i = 6; i >= 1; --i) {
-    b[i] = bop::add(sgn(dq) == sgn(d[i]) ? g : static_cast<int16_t>(-g), bop::mult(b[i], 32640));
-    d[i] = d[i - 1];
-  }
-  int16_t sz = 0;
-  for (int i = 6; i >= 1; --i) sz = bop::add(sz, bop::mult(bop::add(d[i], d[i]), b[i]));
-  return sz;
-}
 #endif
 
 // Predictor update with the quantised difference dq (both bands), and the
@@ -81,7 +71,15 @@ inline void adapt(int16_t* st, int16_t dq) {
   r[0] = bop::add(st[kS], dq);
   // Zero predictor (sign-sign update with leakage 1 - 2^-8) and its estimate
   // from the shifted delay line.
-  const int16_t sz = zero_predictor(b, d, dq, dq == 0 ? int16_t(0) : int16_t(128));
+  const int16_t g = dq == 0 ? 0 : 128;
+#if defined(VSPS_SIMD128)
+  const int16_t sz = zero_predictor(b, d, dq, g);
+#else
+  for (int i = 6; i >= 1; --i) {
+    b[i] = bop::add(sgn(dq) == sgn(d[i]) ? g : static_cast<int16_t>(-g), bop::mult(b[i], 32640));
+    d[i] = d[i - 1];
+  }
+#endif
   // Second pole coefficient, then the first limited by the new second.
   int16_t u = bop::shl(st[kA1], 2);
   if (sgn(p[0]) == sgn(p[1])) u = bop::sub(0, u);
@@ -98,7 +96,11 @@ inline void adapt(int16_t* st, int16_t dq) {
   st[kA2] = a2;
   p[2] = p[1];
   p[1] = p[0];
-  // Estimate of the next sample (pole part from the shifted signal line).
+  // Estimate of the next sample from the shifted delay lines.
+#if !defined(VSPS_SIMD128)
+  int16_t sz = 0;
+  for (int i = 6; i >= 1; --i) sz = bop::add(sz, bop::mult(bop::add(d[i], d[i]), b[i]));
+#endif
   r[2] = r[1];
   r[1] = r[0];
   const int16_t sp = bop::add(bop::mult(a1, bop::add(r[1], r[1])), bop::mult(a2, bop::add(r[2], r[2])));
@@ -232,7 +234,8 @@ class QmfLine {
       sa = bop::L_add(sa, int32_t(t::kQmfCoef[2 * i]) * d_[2 * i]);
       sb = bop::L_add(sb, int32_t(t::kQmfCoef[2 * i + 1]) * d_[2 * i + 1]);
     }
-    for (int i = t::kDelay - 1; i >= 2; --i) d_[i] = d_[i - 2];
+#pragma GCC unroll 22
+    for (int i = t::kDelay - 1; i >= 2; --i) d_[i] = d_[i - 2];  // unrolled: no memmove call for 44 bytes
     *a = sa;
     *b = sb;
   }
