@@ -1,0 +1,405 @@
+#include "tests/support/contract_rows.h"
+
+#include <algorithm>
+#include <climits>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+
+#include "tests/support/contract.h"
+#include "tests/support/fuzz_hooks.h"
+
+namespace vt {
+
+namespace {
+
+std::map<std::string, Generator, std::less<>>& generators() {
+  static std::map<std::string, Generator, std::less<>> g;
+  return g;
+}
+
+const std::map<std::string, int, std::less<>> kStatuses = {
+#define VT_STATUS(s) {#s, vspSts##s}
+    VT_STATUS(NoErr),       VT_STATUS(Err),           VT_STATUS(BadArgErr),      VT_STATUS(SizeErr),
+    VT_STATUS(RangeErr),    VT_STATUS(NullPtrErr),    VT_STATUS(BadIndexErr),    VT_STATUS(LSFRangeErr),
+    VT_STATUS(OutOfRangeErr), VT_STATUS(FIRLenErr),   VT_STATUS(LPCUnstable),    VT_STATUS(LsfLowClamped),
+    VT_STATUS(LsfHighClamped), VT_STATUS(LsfBothClamped), VT_STATUS(Overflow),   VT_STATUS(ForeignCpu),
+#undef VT_STATUS
+};
+
+// A buffer size: a count, or a scalar's value times `mul` plus `add`.
+struct Size {
+  std::string scalar;
+  int64_t mul = 1, add = 0;
+  int64_t of(const std::map<std::string, int64_t>& v) const { return scalar.empty() ? add : v.at(scalar) * mul + add; }
+};
+
+struct Buffer {
+  Role role = Role::In;
+  bool opaque = false;
+  std::string param, gen;
+  bool genInTrials = false;  // `~gen`: random trials use the generator too
+  Size size;
+  std::size_t misalign = 0;
+};
+
+// A scalar rule: value >= bound, <= bound, or one of a set.
+struct Rule {
+  std::string param;
+  char kind = '>';  // '>' (>=), '<' (<=), '@' (one of)
+  std::vector<int64_t> values;
+  int status = 0;
+  bool holds(int64_t v) const {
+    if (kind == '>') return v >= values[0];
+    if (kind == '<') return v <= values[0];
+    return std::find(values.begin(), values.end(), v) != values.end();
+  }
+};
+
+struct Row {
+  std::string where, name;
+  std::vector<Buffer> buffers;
+  std::vector<std::pair<std::string, double>> floats;
+  std::map<std::string, int64_t> ints;
+  std::vector<std::string> intOrder;
+  std::vector<Rule> rules;
+  std::vector<Check> checks;
+  std::map<std::string, std::vector<int64_t>> rand;  // one of, for random trials
+  std::map<std::string, std::pair<int64_t, int64_t>> fuzzRange;
+  std::vector<std::string> nullable;
+  std::vector<int> statuses = {0};
+  bool same = true;
+  int trials = 0, hostile = 0;
+};
+
+[[noreturn]] void fail(const std::string& where, const std::string& what) {
+  throw std::runtime_error(where + ": " + what);
+}
+
+int64_t number(const std::string& where, const std::string& s) {
+  if (s == "INT32_MIN") return INT32_MIN;
+  if (s == "INT32_MAX") return INT32_MAX;
+  std::size_t used = 0;
+  int64_t v = 0;
+  try {
+    v = std::stoll(s, &used, 0);
+  } catch (const std::exception&) {
+    fail(where, "not a number: '" + s + "'");
+  }
+  if (used != s.size()) fail(where, "not a number: '" + s + "'");
+  return v;
+}
+
+std::vector<int64_t> numbers(const std::string& where, const std::string& s, char sep) {
+  std::vector<int64_t> v;
+  std::stringstream in(s);
+  for (std::string part; std::getline(in, part, sep);) v.push_back(number(where, part));
+  return v;
+}
+
+int status(const std::string& where, const std::string& s) {
+  const auto it = kStatuses.find(s);
+  if (it != kStatuses.end()) return it->second;
+  return static_cast<int>(number(where, s));
+}
+
+Size size_of(const std::string& where, const std::string& s) {
+  Size z;
+  if (!s.empty() && (std::isdigit(static_cast<unsigned char>(s[0])) != 0)) {
+    z.add = number(where, s);
+    return z;
+  }
+  const std::size_t op = s.find_first_of("*+-");
+  z.scalar = s.substr(0, op);
+  if (op != std::string::npos) {
+    const int64_t k = number(where, s.substr(op + 1));
+    if (s[op] == '*') z.mul = k;
+    else z.add = s[op] == '+' ? k : -k;
+  }
+  return z;
+}
+
+void parse_buffer(Row& r, const std::string& kind, const std::string& rest) {
+  Buffer b;
+  std::string spec = rest;
+  const std::size_t g = spec.find_first_of("=~");
+  if (g != std::string::npos) {
+    b.gen = spec.substr(g + 1);
+    b.genInTrials = spec[g] == '~';
+    spec.resize(g);
+    if (generators().find(b.gen) == generators().end()) fail(r.where, "unknown generator '" + b.gen + "'");
+  }
+  const std::size_t c1 = spec.find(':');
+  if (c1 == std::string::npos) fail(r.where, kind + ":" + rest + ": expected NAME:SIZE");
+  b.param = spec.substr(0, c1);
+  std::string size = spec.substr(c1 + 1);
+  const std::size_t c2 = size.find(':');
+  if (c2 != std::string::npos) {
+    b.misalign = static_cast<std::size_t>(number(r.where, size.substr(c2 + 1)));
+    size.resize(c2);
+  }
+  b.size = size_of(r.where, size);
+  b.role = kind == "out" ? Role::Out : kind == "in" ? Role::In : Role::InOut;
+  b.opaque = kind == "bytes";
+  r.buffers.push_back(b);
+}
+
+// Boundary checks of a rule: just outside each bound, and the first gap of a set.
+void rule_checks(Row& r, const Rule& rule) {
+  std::vector<int64_t> bad;
+  if (rule.kind == '>') bad = {rule.values[0] - 1};
+  if (rule.kind == '<') bad = {rule.values[0] + 1};
+  if (rule.kind == '@') {
+    const auto [lo, hi] = std::minmax_element(rule.values.begin(), rule.values.end());
+    bad = {*lo - 1, *hi + 1};
+    for (int64_t v = *lo; v < *hi; ++v)
+      if (!rule.holds(v)) {
+        bad.push_back(v);
+        break;
+      }
+  }
+  for (int64_t v : bad) r.checks.push_back(vt::bad(rule.param, v, rule.status));
+}
+
+// Tokens: in:/out:/inout:NAME:SIZE[=GEN|~GEN], bytes:NAME:SIZE[:MISALIGN][=GEN],
+// NAME=VALUE, NAME>=V:STATUS, NAME<=V:STATUS, NAME@a|b|c:STATUS,
+// !NAME=V:STATUS, !null:NAME, nullable:A,B, status:S,T, levels:differ,
+// trials:N, hostile:N, rand:NAME=a|b|c or rand:NAME=lo..hi, fuzz:NAME=lo..hi.
+void parse_token(Row& r, const std::string& t) {
+  const std::size_t colon = t.find(':');
+  const std::string head = colon == std::string::npos ? t : t.substr(0, colon);
+  const std::string rest = colon == std::string::npos ? "" : t.substr(colon + 1);
+  if (head == "in" || head == "out" || head == "inout" || head == "bytes") return parse_buffer(r, head, rest);
+  if (head == "nullable") {
+    std::stringstream in(rest);
+    for (std::string p; std::getline(in, p, ',');) r.nullable.push_back(p);
+    return;
+  }
+  if (head == "status") {
+    std::stringstream in(rest);
+    r.statuses.clear();
+    for (std::string s; std::getline(in, s, ',');) r.statuses.push_back(status(r.where, s));
+    return;
+  }
+  if (t == "levels:differ") {
+    r.same = false;
+    return;
+  }
+  if (head == "trials" || head == "hostile") {
+    (head == "trials" ? r.trials : r.hostile) = static_cast<int>(number(r.where, rest));
+    return;
+  }
+  if (head == "!null") {
+    r.checks.push_back(null_check(rest));
+    return;
+  }
+  if (head == "rand" || head == "fuzz") {
+    const std::size_t eq = rest.find('=');
+    if (eq == std::string::npos) fail(r.where, t + ": expected NAME=...");
+    const std::string name = rest.substr(0, eq), values = rest.substr(eq + 1);
+    const std::size_t dots = values.find("..");
+    std::vector<int64_t> v;
+    if (dots != std::string::npos) {
+      v = {number(r.where, values.substr(0, dots)), number(r.where, values.substr(dots + 2))};
+      if (head == "rand") v.insert(v.begin(), INT64_MIN);  // marks a range
+    } else {
+      v = numbers(r.where, values, '|');
+    }
+    if (head == "rand") r.rand[name] = v;
+    if (head == "fuzz") {
+      if (v.size() != 2) fail(r.where, t + ": expected fuzz:NAME=lo..hi");
+      r.fuzzRange[name] = {v[0], v[1]};
+    }
+    return;
+  }
+  const bool check = t[0] == '!';
+  const std::string body = check ? t.substr(1) : t;
+  const std::size_t op = body.find_first_of("=<>@");
+  if (op == std::string::npos || op == 0) fail(r.where, "cannot read '" + t + "'");
+  const std::string name = body.substr(0, op);
+  if (check) {  // !NAME=V:STATUS
+    const std::size_t c = body.find(':');
+    if (body[op] != '=' || c == std::string::npos) fail(r.where, t + ": expected !NAME=VALUE:STATUS");
+    r.checks.push_back(bad(name, number(r.where, body.substr(op + 1, c - op - 1)), status(r.where, body.substr(c + 1))));
+    return;
+  }
+  if (body[op] == '=') {  // NAME=VALUE
+    const std::string v = body.substr(op + 1);
+    if (v.find('.') != std::string::npos) {
+      r.floats.emplace_back(name, std::stod(v));
+    } else {
+      r.ints[name] = number(r.where, v);
+      r.intOrder.push_back(name);
+    }
+    return;
+  }
+  Rule rule;
+  rule.param = name;
+  const std::size_t c = body.rfind(':');
+  if (c == std::string::npos) fail(r.where, t + ": a rule needs :STATUS");
+  rule.status = status(r.where, body.substr(c + 1));
+  if (body[op] == '@') {
+    rule.kind = '@';
+    rule.values = numbers(r.where, body.substr(op + 1, c - op - 1), '|');
+  } else {
+    if (body[op + 1] != '=') fail(r.where, t + ": expected >= or <=");
+    rule.kind = body[op];
+    rule.values = {number(r.where, body.substr(op + 2, c - op - 2))};
+  }
+  r.rules.push_back(rule);
+  rule_checks(r, rule);
+}
+
+// The call for the given scalar values; `fuzzed` sizes every buffer with
+// fz::count (one element when the call is invalid) and takes the state
+// blocks' misalignment from the fuzzer.
+Call build(const Row& r, const std::map<std::string, int64_t>& ints, std::mt19937* rng, FuzzInput* fuzz,
+           bool valid) {
+  Call call(r.name);
+  for (const auto& [name, v] : ints) call.scalar(name, v);
+  for (const auto& [name, v] : r.floats) call.scalar_f(name, v);
+  for (const Buffer& b : r.buffers) {
+    const int64_t n = b.size.of(ints);
+    if (!fuzz && n < 1) fail(r.where, b.param + " has size " + std::to_string(n));
+    const std::size_t elem = std::max<std::size_t>(1, call.fn().params[std::size_t(call.fn().index_of(b.param))].elemSize);
+    const std::size_t count = fuzz ? fz::count(valid, n, int64_t(elem)) : std::size_t(n);
+    if (b.opaque)
+      call.bytes(b.param, count, fuzz && b.misalign ? fz::misalign(*fuzz) : b.misalign);
+    else if (b.role == Role::In)
+      call.in(b.param, count);
+    else if (b.role == Role::Out)
+      call.out(b.param, count);
+    else
+      call.inout(b.param, count);
+  }
+  if (rng) call.randomize_inputs(*rng);
+  if (fuzz) fz::fill_inputs(call, *fuzz);
+  if (!valid) return call;
+  for (const Buffer& b : r.buffers) {
+    if (b.gen.empty() || (rng && !b.genInTrials)) continue;
+    if (fuzz && !b.opaque && !fuzz->choice(b.param + " generated")) continue;
+    generators().find(b.gen)->second(call, b.param, rng);
+    if (fuzz && b.opaque && fuzz->choice("corrupt " + b.param)) fuzz->fill(b.param, call.buf<uint8_t>(b.param));
+  }
+  return call;
+}
+
+bool first_failing(const Row& r, const std::map<std::string, int64_t>& ints, int& st) {
+  for (const Rule& rule : r.rules)
+    if (!rule.holds(ints.at(rule.param))) {
+      st = rule.status;
+      return true;
+    }
+  return false;
+}
+
+Contract to_contract(const std::shared_ptr<const Row>& row) {
+  const Row& r = *row;
+  Contract c;
+  c.name = r.name;
+  c.valid = [row] { return build(*row, row->ints, nullptr, nullptr, true); };
+  c.checks = r.checks;
+  c.nullable = r.nullable;
+  c.validStatuses = r.statuses;
+  c.sameAtEveryLevel = r.same;
+  if (r.trials) c.randomTrials = r.trials;
+  if (r.hostile) c.hostileTrials = r.hostile;
+  c.randomize = [row](Call& call, std::mt19937& rng) {
+    std::map<std::string, int64_t> ints = row->ints;
+    for (const auto& [name, v] : row->rand)
+      ints[name] = v[0] == INT64_MIN ? v[1] + int64_t(rng() % uint64_t(v[2] - v[1] + 1)) : v[rng() % v.size()];
+    call = build(*row, ints, &rng, nullptr, true);
+  };
+  if (!r.rules.empty() || !r.fuzzRange.empty())
+    c.fuzz = [row](Call& call, FuzzInput& in) {
+      std::map<std::string, int64_t> ints = row->ints;
+      std::vector<std::string> picked;
+      for (const Rule& rule : row->rules)
+        if (std::find(picked.begin(), picked.end(), rule.param) == picked.end()) picked.push_back(rule.param);
+      for (const auto& [name, range] : row->fuzzRange)
+        if (std::find(picked.begin(), picked.end(), name) == picked.end()) picked.push_back(name);
+      for (const std::string& param : picked) {
+        auto range = row->fuzzRange.find(param);
+        int64_t lo = INT64_MAX, hi = INT64_MIN;
+        for (const Rule& q : row->rules)
+          if (q.param == param) {
+            const auto [a, b] = std::minmax_element(q.values.begin(), q.values.end());
+            if (q.kind != '<') lo = std::min(lo, *a - 2);
+            if (q.kind != '>') hi = std::max(hi, *b + 2);
+          }
+        if (lo == INT64_MAX) lo = hi - 5000;
+        if (hi == INT64_MIN) hi = lo + 5000;
+        if (range != row->fuzzRange.end()) std::tie(lo, hi) = range->second;
+        ints[param] = fz::pick(in, param, lo, hi);
+      }
+      int st = FuzzInput::kAnyValid;
+      const bool failing = first_failing(*row, ints, st);
+      call = build(*row, ints, nullptr, &in, !failing);
+      if (fz::nulls(call, in, {})) {
+        for (const ParamInfo& p : call.fn().params)
+          if (p.isPointer && call.role(p.name) == Role::Null &&
+              std::find(row->nullable.begin(), row->nullable.end(), p.name) == row->nullable.end())
+            st = vspStsNullPtrErr;
+      }
+      return fz::Expect().fail_if(st != FuzzInput::kAnyValid, st).to(in);
+    };
+  return c;
+}
+
+}  // namespace
+
+GeneratorRegistrar::GeneratorRegistrar(const char* name, Generator g) { generators()[name] = std::move(g); }
+
+void load_contract_rows(std::vector<Contract>& into) {
+  namespace fs = std::filesystem;
+  std::vector<fs::path> files;
+  for (const auto& dir : fs::directory_iterator(VSPS_TEST_ROWS_DIR))
+    if (fs::exists(dir.path() / "contracts.txt")) files.push_back(dir.path() / "contracts.txt");
+  std::sort(files.begin(), files.end());
+  for (const fs::path& file : files) {
+    std::ifstream in(file);
+    std::vector<std::pair<std::string, std::string>> rows;  // where, text
+    int lineNo = 0;
+    for (std::string line; std::getline(in, line);) {
+      ++lineNo;
+      if (const std::size_t hash = line.find('#'); hash != std::string::npos) line.resize(hash);
+      if (line.find_first_not_of(" \t") == std::string::npos) continue;
+      if (line[0] == ' ' || line[0] == '\t') {
+        if (rows.empty()) fail(file.string() + ":" + std::to_string(lineNo), "continuation line without a row");
+        rows.back().second += " " + line;
+      } else {
+        rows.emplace_back(file.string() + ":" + std::to_string(lineNo), line);
+      }
+    }
+    for (const auto& [where, text] : rows) {
+      auto row = std::make_shared<Row>();
+      row->where = where;
+      std::stringstream tokens(text);
+      tokens >> row->name;
+      if (find_export(row->name) == nullptr) fail(where, "no export named " + row->name);
+      for (const Contract& c : into)
+        if (c.name == row->name) fail(where, row->name + " has a contract already");
+      for (std::string t; tokens >> t;) parse_token(*row, t);
+      for (const Buffer& b : row->buffers) {
+        if (find_export(row->name)->index_of(b.param) < 0) fail(where, "no parameter " + b.param);
+        if (!b.size.scalar.empty() && row->ints.count(b.size.scalar) == 0)
+          fail(where, b.param + " is sized by " + b.size.scalar + ", which the row does not set");
+      }
+      for (const auto& [name, range] : row->fuzzRange)
+        if (row->ints.count(name) == 0) fail(where, "fuzz range of " + name + ", which the row does not set");
+      for (const Rule& rule : row->rules)
+        if (row->ints.count(rule.param) == 0) fail(where, "rule on " + rule.param + ", which the row does not set");
+      try {
+        (void)build(*row, row->ints, nullptr, nullptr, true);
+      } catch (const std::exception& e) {
+        fail(where, e.what());
+      }
+      into.push_back(to_contract(row));
+    }
+  }
+}
+
+}  // namespace vt
