@@ -8,6 +8,7 @@
 #include <memory>
 #include <sstream>
 #include <stdexcept>
+#include <tuple>
 
 #include "tests/support/contract.h"
 #include "tests/support/fuzz_hooks.h"
@@ -42,6 +43,7 @@ struct Buffer {
   bool opaque = false;
   std::string param, gen;
   bool genInTrials = false;  // `~gen`: random trials use the generator too
+  std::vector<int64_t> literal;  // `=v,v,v`: the valid call's contents
   Size size;
   std::size_t misalign = 0;
 };
@@ -68,12 +70,25 @@ struct Row {
   std::vector<Rule> rules;
   std::vector<Check> checks;
   std::map<std::string, std::vector<int64_t>> rand;  // one of, for random trials
+  // Element ranges of random trials: buffer, element (-1: all), lo, hi.
+  std::vector<std::tuple<std::string, int64_t, int64_t, int64_t>> randElems;
   std::map<std::string, std::pair<int64_t, int64_t>> fuzzRange;
   std::vector<std::string> nullable;
   std::vector<int> statuses = {0};
   bool same = true;
+  bool fuzz = false;  // the fuzzer derives its calls from the row
   int trials = 0, hostile = 0;
 };
+
+// Element k of an integer buffer, by its element size.
+void set_element(Call& call, const std::string& param, std::size_t k, int64_t v) {
+  const auto mem = call.buf<uint8_t>(param);
+  const std::size_t size = call.fn().params[std::size_t(call.fn().index_of(param))].elemSize;
+  if ((k + 1) * size > mem.size()) throw std::runtime_error(param + "[" + std::to_string(k) + "] is outside it");
+  if (size == 1) mem[k] = static_cast<uint8_t>(v);
+  if (size == 2) reinterpret_cast<int16_t*>(mem.data())[k] = static_cast<int16_t>(v);
+  if (size == 4) reinterpret_cast<int32_t*>(mem.data())[k] = static_cast<int32_t>(v);
+}
 
 [[noreturn]] void fail(const std::string& where, const std::string& what) {
   throw std::runtime_error(where + ": " + what);
@@ -130,7 +145,13 @@ void parse_buffer(Row& r, const std::string& kind, const std::string& rest) {
     b.gen = spec.substr(g + 1);
     b.genInTrials = spec[g] == '~';
     spec.resize(g);
-    if (generators().find(b.gen) == generators().end()) fail(r.where, "unknown generator '" + b.gen + "'");
+    if (!b.gen.empty() && (b.gen[0] == '-' || std::isdigit(static_cast<unsigned char>(b.gen[0])) != 0)) {
+      b.literal = numbers(r.where, b.gen, ',');
+      b.gen.clear();
+      if (spec.find(':') == std::string::npos) spec += ":" + std::to_string(b.literal.size());
+    } else if (generators().find(b.gen) == generators().end()) {
+      fail(r.where, "unknown generator '" + b.gen + "'");
+    }
   }
   const std::size_t c1 = spec.find(':');
   if (c1 == std::string::npos) fail(r.where, kind + ":" + rest + ": expected NAME:SIZE");
@@ -196,6 +217,10 @@ void parse_token(Row& r, const std::string& t) {
     r.checks.push_back(null_check(rest));
     return;
   }
+  if (t == "fuzz") {
+    r.fuzz = true;
+    return;
+  }
   if (head == "rand" || head == "fuzz") {
     const std::size_t eq = rest.find('=');
     if (eq == std::string::npos) fail(r.where, t + ": expected NAME=...");
@@ -208,10 +233,17 @@ void parse_token(Row& r, const std::string& t) {
     } else {
       v = numbers(r.where, values, '|');
     }
+    if (head == "rand" && name.find('[') != std::string::npos) {
+      if (v.size() != 3) fail(r.where, t + ": expected rand:NAME[k]=lo..hi");
+      const std::string idx = name.substr(name.find('[') + 1, name.find(']') - name.find('[') - 1);
+      r.randElems.emplace_back(name.substr(0, name.find('[')), idx == "*" ? -1 : number(r.where, idx), v[1], v[2]);
+      return;
+    }
     if (head == "rand") r.rand[name] = v;
     if (head == "fuzz") {
       if (v.size() != 2) fail(r.where, t + ": expected fuzz:NAME=lo..hi");
       r.fuzzRange[name] = {v[0], v[1]};
+      r.fuzz = true;
     }
     return;
   }
@@ -220,6 +252,16 @@ void parse_token(Row& r, const std::string& t) {
   const std::size_t op = body.find_first_of("=<>@");
   if (op == std::string::npos || op == 0) fail(r.where, "cannot read '" + t + "'");
   const std::string name = body.substr(0, op);
+  if (check && name.find('[') != std::string::npos) {  // !NAME[k]=V:STATUS
+    const std::size_t c = body.find(':');
+    if (c == std::string::npos) fail(r.where, t + ": expected !NAME[k]=VALUE:STATUS");
+    const std::string param = name.substr(0, name.find('['));
+    const auto k = static_cast<std::size_t>(number(r.where, name.substr(param.size() + 1, name.size() - param.size() - 2)));
+    const int64_t v = number(r.where, body.substr(op + 1, c - op - 1));
+    r.checks.push_back(custom(name + "=" + std::to_string(v), {param},
+                              [param, k, v](Call& call) { set_element(call, param, k, v); }, status(r.where, body.substr(c + 1))));
+    return;
+  }
   if (check) {  // !NAME=V:STATUS
     const std::size_t c = body.find(':');
     if (body[op] != '=' || c == std::string::npos) fail(r.where, t + ": expected !NAME=VALUE:STATUS");
@@ -275,7 +317,17 @@ Call build(const Row& r, const std::map<std::string, int64_t>& ints, std::mt1993
     else
       call.inout(b.param, count);
   }
+  for (const Buffer& b : r.buffers)
+    for (std::size_t k = 0; k < b.literal.size() && k < call.buf<uint8_t>(b.param).size(); ++k)
+      set_element(call, b.param, k, b.literal[k]);
   if (rng) call.randomize_inputs(*rng);
+  if (rng)
+    for (const auto& [param, k, lo, hi] : r.randElems) {
+      const std::size_t size = call.fn().params[std::size_t(call.fn().index_of(param))].elemSize;
+      const std::size_t n = k < 0 ? call.buf<uint8_t>(param).size() / size : 1;
+      for (std::size_t e = 0; e < n; ++e)
+        set_element(call, param, k < 0 ? e : std::size_t(k), lo + int64_t((*rng)() % uint64_t(hi - lo + 1)));
+    }
   if (fuzz) fz::fill_inputs(call, *fuzz);
   if (!valid) return call;
   for (const Buffer& b : r.buffers) {
@@ -313,7 +365,7 @@ Contract to_contract(const std::shared_ptr<const Row>& row) {
       ints[name] = v[0] == INT64_MIN ? v[1] + int64_t(rng() % uint64_t(v[2] - v[1] + 1)) : v[rng() % v.size()];
     call = build(*row, ints, &rng, nullptr, true);
   };
-  if (!r.rules.empty() || !r.fuzzRange.empty())
+  if (r.fuzz)
     c.fuzz = [row](Call& call, FuzzInput& in) {
       std::map<std::string, int64_t> ints = row->ints;
       std::vector<std::string> picked;
