@@ -83,7 +83,11 @@ struct Row {
 // Element k of an integer buffer, by its element size.
 void set_element(Call& call, const std::string& param, std::size_t k, int64_t v) {
   const auto mem = call.buf<uint8_t>(param);
-  const std::size_t size = call.fn().params[std::size_t(call.fn().index_of(param))].elemSize;
+  const std::size_t size = std::max<std::size_t>(1, call.fn().params[std::size_t(call.fn().index_of(param))].elemSize);
+  if (k == SIZE_MAX) {  // every element
+    for (std::size_t e = 0; e < mem.size() / size; ++e) set_element(call, param, e, v);
+    return;
+  }
   if ((k + 1) * size > mem.size()) throw std::runtime_error(param + "[" + std::to_string(k) + "] is outside it");
   if (size == 1) mem[k] = static_cast<uint8_t>(v);
   if (size == 2) reinterpret_cast<int16_t*>(mem.data())[k] = static_cast<int16_t>(v);
@@ -123,6 +127,15 @@ int status(const std::string& where, const std::string& s) {
 
 Size size_of(const std::string& where, const std::string& s) {
   Size z;
+  if (s.rfind("size(", 0) == 0 && s.back() == ')') {  // what a ...GetStateSize export reports
+    const std::string fn = s.substr(5, s.size() - 6);
+    if (find_export(fn) == nullptr) fail(where, "no export named " + fn);
+    Call call(fn);
+    call.out("pSize", 1);
+    if (call.invoke() != 0) fail(where, fn + " failed");
+    z.add = call.buf<int32_t>("pSize")[0];
+    return z;
+  }
   if (!s.empty() && (std::isdigit(static_cast<unsigned char>(s[0])) != 0)) {
     z.add = number(where, s);
     return z;
@@ -256,7 +269,8 @@ void parse_token(Row& r, const std::string& t) {
     const std::size_t c = body.find(':');
     if (c == std::string::npos) fail(r.where, t + ": expected !NAME[k]=VALUE:STATUS");
     const std::string param = name.substr(0, name.find('['));
-    const auto k = static_cast<std::size_t>(number(r.where, name.substr(param.size() + 1, name.size() - param.size() - 2)));
+    const std::string idx = name.substr(param.size() + 1, name.size() - param.size() - 2);
+    const std::size_t k = idx == "*" ? SIZE_MAX : static_cast<std::size_t>(number(r.where, idx));
     const int64_t v = number(r.where, body.substr(op + 1, c - op - 1));
     r.checks.push_back(custom(name + "=" + std::to_string(v), {param},
                               [param, k, v](Call& call) { set_element(call, param, k, v); }, status(r.where, body.substr(c + 1))));
