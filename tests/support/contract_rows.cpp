@@ -43,7 +43,8 @@ struct Buffer {
   bool opaque = false;
   std::string param, gen;
   bool genInTrials = false;  // `~gen`: random trials use the generator too
-  std::vector<int64_t> literal;  // `=v,v,v`: the valid call's contents
+  std::vector<double> literal;  // `=v,v,v`: the valid call's contents
+  std::string trialGen;         // trial:NAME=GEN: random trials' generator
   Size size;
   std::size_t misalign = 0;
 };
@@ -81,17 +82,25 @@ struct Row {
 };
 
 // Element k of an integer buffer, by its element size.
-void set_element(Call& call, const std::string& param, std::size_t k, int64_t v) {
+void set_element(Call& call, const std::string& param, std::size_t k, double v) {
   const auto mem = call.buf<uint8_t>(param);
-  const std::size_t size = std::max<std::size_t>(1, call.fn().params[std::size_t(call.fn().index_of(param))].elemSize);
+  const ParamInfo& info = call.fn().params[std::size_t(call.fn().index_of(param))];
+  const std::size_t size = std::max<std::size_t>(1, info.elemSize);
   if (k == SIZE_MAX) {  // every element
     for (std::size_t e = 0; e < mem.size() / size; ++e) set_element(call, param, e, v);
     return;
   }
   if ((k + 1) * size > mem.size()) throw std::runtime_error(param + "[" + std::to_string(k) + "] is outside it");
-  if (size == 1) mem[k] = static_cast<uint8_t>(v);
-  if (size == 2) reinterpret_cast<int16_t*>(mem.data())[k] = static_cast<int16_t>(v);
-  if (size == 4) reinterpret_cast<int32_t*>(mem.data())[k] = static_cast<int32_t>(v);
+  if (info.elem == Elem::F32) {
+    reinterpret_cast<float*>(mem.data())[k] = static_cast<float>(v);
+  } else if (info.elem == Elem::F64) {
+    reinterpret_cast<double*>(mem.data())[k] = v;
+  } else {
+    const auto i = static_cast<int64_t>(v);
+    if (size == 1) mem[k] = static_cast<uint8_t>(i);
+    if (size == 2) reinterpret_cast<int16_t*>(mem.data())[k] = static_cast<int16_t>(i);
+    if (size == 4) reinterpret_cast<int32_t*>(mem.data())[k] = static_cast<int32_t>(i);
+  }
 }
 
 [[noreturn]] void fail(const std::string& where, const std::string& what) {
@@ -159,7 +168,8 @@ void parse_buffer(Row& r, const std::string& kind, const std::string& rest) {
     b.genInTrials = spec[g] == '~';
     spec.resize(g);
     if (!b.gen.empty() && (b.gen[0] == '-' || std::isdigit(static_cast<unsigned char>(b.gen[0])) != 0)) {
-      b.literal = numbers(r.where, b.gen, ',');
+      std::stringstream in(b.gen);
+      for (std::string v; std::getline(in, v, ',');) b.literal.push_back(std::stod(v));
       b.gen.clear();
       if (spec.find(':') == std::string::npos) spec += ":" + std::to_string(b.literal.size());
     } else if (generators().find(b.gen) == generators().end()) {
@@ -230,6 +240,15 @@ void parse_token(Row& r, const std::string& t) {
     r.checks.push_back(null_check(rest));
     return;
   }
+  if (head == "trial") {
+    const std::size_t eq = rest.find('=');
+    auto b = std::find_if(r.buffers.begin(), r.buffers.end(),
+                          [&](const Buffer& x) { return eq != std::string::npos && x.param == rest.substr(0, eq); });
+    if (b == r.buffers.end()) fail(r.where, t + ": expected trial:BUFFER=GEN after the buffer");
+    b->trialGen = rest.substr(eq + 1);
+    if (generators().find(b->trialGen) == generators().end()) fail(r.where, "unknown generator '" + b->trialGen + "'");
+    return;
+  }
   if (t == "fuzz") {
     r.fuzz = true;
     return;
@@ -273,7 +292,7 @@ void parse_token(Row& r, const std::string& t) {
     const std::size_t k = idx == "*" ? SIZE_MAX : static_cast<std::size_t>(number(r.where, idx));
     const int64_t v = number(r.where, body.substr(op + 1, c - op - 1));
     r.checks.push_back(custom(name + "=" + std::to_string(v), {param},
-                              [param, k, v](Call& call) { set_element(call, param, k, v); }, status(r.where, body.substr(c + 1))));
+                              [param, k, v](Call& call) { set_element(call, param, k, static_cast<double>(v)); }, status(r.where, body.substr(c + 1))));
     return;
   }
   if (check) {  // !NAME=V:STATUS
@@ -340,11 +359,12 @@ Call build(const Row& r, const std::map<std::string, int64_t>& ints, std::mt1993
       const std::size_t size = call.fn().params[std::size_t(call.fn().index_of(param))].elemSize;
       const std::size_t n = k < 0 ? call.buf<uint8_t>(param).size() / size : 1;
       for (std::size_t e = 0; e < n; ++e)
-        set_element(call, param, k < 0 ? e : std::size_t(k), lo + int64_t((*rng)() % uint64_t(hi - lo + 1)));
+        set_element(call, param, k < 0 ? e : std::size_t(k), static_cast<double>(lo + int64_t((*rng)() % uint64_t(hi - lo + 1))));
     }
   if (fuzz) fz::fill_inputs(call, *fuzz);
   if (!valid) return call;
   for (const Buffer& b : r.buffers) {
+    if (rng && !b.trialGen.empty()) generators().find(b.trialGen)->second(call, b.param, rng);
     if (b.gen.empty() || (rng && !b.genInTrials)) continue;
     if (fuzz && !b.opaque && !fuzz->choice(b.param + " generated")) continue;
     generators().find(b.gen)->second(call, b.param, rng);

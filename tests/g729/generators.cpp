@@ -1,0 +1,32 @@
+// Content generators of the G.729 (and shared LP filter) contract rows.
+#include "tests/g729/g729_test_util.h"
+#include "tests/support/contract_rows.h"
+
+namespace {
+
+// Q12 coefficients of a realistic filter (from ordered random LSPs).
+g729t::V16 realistic_lpc(std::mt19937& rng) { return g729t::lpc_of(g729t::random_lsp(rng)); }
+
+}  // namespace
+
+// The G.729 LSP reset vector (Q15 cosines).
+VT_GENERATOR("lsp_reset", [](vt::Call& call, std::string_view p, std::mt19937*) { g729t::put(call, p, g729t::kLsfReset); });
+
+// A stable Q12 filter from fixed, widely spread LSPs.
+VT_GENERATOR("lpc_spread", [](vt::Call& call, std::string_view p, std::mt19937*) {
+  g729t::put(call, p, g729t::lpc_of({30000, 26000, 21000, 15000, 8000, 0, -8000, -15000, -21000, -26000}));
+});
+
+// Three random trials in four: a realistic filter; else the uniform values.
+VT_GENERATOR("lpc_mostly_realistic", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  if (rng && (*rng)() % 4 != 0) g729t::put(call, p, realistic_lpc(*rng));
+});
+
+// A realistic filter in floating point (Q12 / 4096).
+VT_GENERATOR("lpc_realistic_32f", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  if (!rng) return;
+  const g729t::V16 a = realistic_lpc(*rng);
+  std::vector<Vsp32f> f(a.size());
+  for (std::size_t i = 0; i < a.size(); ++i) f[i] = static_cast<float>(a[i]) / 4096.0f;
+  g729t::put(call, p, f);
+});
