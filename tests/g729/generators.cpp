@@ -30,3 +30,40 @@ VT_GENERATOR("lpc_realistic_32f", [](vt::Call& call, std::string_view p, std::mt
   for (std::size_t i = 0; i < a.size(); ++i) f[i] = static_cast<float>(a[i]) / 4096.0f;
   g729t::put(call, p, f);
 });
+
+namespace {
+
+template <class T>
+std::vector<Vsp32f> scaled(const std::vector<T>& v, float divisor) {
+  std::vector<Vsp32f> f(v.size());
+  for (std::size_t i = 0; i < v.size(); ++i) f[i] = static_cast<float>(v[i]) / divisor;
+  return f;
+}
+
+}  // namespace
+
+// LSF memories: four reset rows; four random stable rows (Q13, or /8192 in
+// floating point).
+VT_GENERATOR("lsf_memory_reset", [](vt::Call& call, std::string_view p, std::mt19937*) {
+  g729t::put(call, p, g729t::reset_memory());
+});
+VT_GENERATOR("lsf_memory_random", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  if (rng) g729t::put(call, p, g729t::random_memory(*rng));
+});
+VT_GENERATOR("lsf_memory_random_32f", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  if (rng) g729t::put(call, p, scaled(g729t::random_memory(*rng), 8192.0f));
+});
+// Random ordered LSPs (Q15; /32768 in floating point), random stable LSFs;
+// lsp_random_half: one random trial in two (else the uniform words).
+VT_GENERATOR("lsp_random", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  if (rng) g729t::put(call, p, g729t::random_lsp(*rng));
+});
+VT_GENERATOR("lsp_random_half", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  if (rng && (*rng)() % 2) g729t::put(call, p, g729t::random_lsp(*rng));
+});
+VT_GENERATOR("lsp_random_32f", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  if (rng) g729t::put(call, p, scaled(g729t::random_lsp(*rng), 32768.0f));
+});
+VT_GENERATOR("lsf_random", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  if (rng) g729t::put(call, p, g729t::random_lsf(*rng));
+});
