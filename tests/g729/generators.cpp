@@ -67,3 +67,47 @@ VT_GENERATOR("lsp_random_32f", [](vt::Call& call, std::string_view p, std::mt199
 VT_GENERATOR("lsf_random", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
   if (rng) g729t::put(call, p, g729t::random_lsf(*rng));
 });
+
+namespace {
+
+// A realistic normalised autocorrelation (as many lags as the buffer holds)
+// of a coloured random signal; the valid call's from a fixed seed.
+void coloured_autocorr(vt::Call& call, std::string_view p, std::mt19937* rng) {
+  std::mt19937 fixed(9);
+  std::mt19937& g = rng ? *rng : fixed;
+  std::vector<Vsp16s> x(240);
+  int v = 0;
+  for (auto& s : x) {
+    v = v * 3 / 4 + static_cast<int>(g() % 4001) - 2000;
+    s = static_cast<Vsp16s>(v);
+  }
+  auto r = call.buf<Vsp32s>(p);
+  int norm = 0;
+  legacy90vspsAutoCorr_NormE_G729_16s32s(x.data(), r.data(), static_cast<int>(r.size()), &norm);
+}
+
+}  // namespace
+
+VT_GENERATOR("coloured_autocorr", coloured_autocorr);
+VT_GENERATOR("vad_init", [](vt::Call& call, std::string_view p, std::mt19937*) {
+  legacy90vspsVADInit_G729B(call.buf<Vsp8u>(p).data());
+});
+VT_GENERATOR("dtx_init", [](vt::Call& call, std::string_view p, std::mt19937*) {
+  legacy90vspsDTXInit_G729B(call.buf<Vsp8u>(p).data());
+});
+// A DTX state after two updates (voiced, then not); in random trials after
+// three updates with random norms (-5..10) and decisions.
+VT_GENERATOR("dtx_updated", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  Vsp8u* st = call.buf<Vsp8u>(p).data();
+  legacy90vspsDTXInit_G729B(st);
+  std::vector<Vsp32s> r(11);
+  vt::Call scratch("legacy90vspsDTXUpdate_G729B");
+  scratch.in("pAutoCorr", 11);
+  for (int k = 0; k < (rng ? 3 : 2); ++k) {
+    coloured_autocorr(scratch, "pAutoCorr", rng);
+    const auto a = scratch.buf<Vsp32s>("pAutoCorr");
+    const int norm = rng ? static_cast<int>((*rng)() % 16) - 5 : 2;
+    const int vad = rng ? static_cast<int>((*rng)() % 2) : 1 - k;
+    legacy90vspsDTXUpdate_G729B(a.data(), norm, vad, st);
+  }
+});

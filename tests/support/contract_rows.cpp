@@ -45,6 +45,7 @@ struct Buffer {
   bool genInTrials = false;  // `~gen`: random trials use the generator too
   std::vector<double> literal;  // `=v,v,v`: the valid call's contents
   std::string trialGen;         // trial:NAME=GEN: random trials' generator
+  bool keep = false;            // keep:NAME: random trials keep the valid contents
   Size size;
   std::size_t misalign = 0;
 };
@@ -249,6 +250,15 @@ void parse_token(Row& r, const std::string& t) {
     if (generators().find(b->trialGen) == generators().end()) fail(r.where, "unknown generator '" + b->trialGen + "'");
     return;
   }
+  if (head == "keep") {
+    std::stringstream in(rest);
+    for (std::string p; std::getline(in, p, ',');) {
+      auto b = std::find_if(r.buffers.begin(), r.buffers.end(), [&](const Buffer& x) { return x.param == p; });
+      if (b == r.buffers.end()) fail(r.where, t + ": " + p + " is not a buffer named before");
+      b->keep = true;
+    }
+    return;
+  }
   if (t == "fuzz") {
     r.fuzz = true;
     return;
@@ -350,10 +360,18 @@ Call build(const Row& r, const std::map<std::string, int64_t>& ints, std::mt1993
     else
       call.inout(b.param, count);
   }
-  for (const Buffer& b : r.buffers)
+  auto literal = [&call](const Buffer& b) {
     for (std::size_t k = 0; k < b.literal.size() && k < call.buf<uint8_t>(b.param).size(); ++k)
       set_element(call, b.param, k, b.literal[k]);
+  };
+  for (const Buffer& b : r.buffers) literal(b);
   if (rng) call.randomize_inputs(*rng);
+  for (const Buffer& b : r.buffers)
+    if (rng && b.keep) {
+      std::fill(call.buf<uint8_t>(b.param).begin(), call.buf<uint8_t>(b.param).end(), uint8_t{0});
+      literal(b);
+      if (!b.gen.empty()) generators().find(b.gen)->second(call, b.param, nullptr);
+    }
   if (rng)
     for (const auto& [param, k, lo, hi] : r.randElems) {
       const std::size_t size = call.fn().params[std::size_t(call.fn().index_of(param))].elemSize;
