@@ -111,3 +111,23 @@ VT_GENERATOR("dtx_updated", [](vt::Call& call, std::string_view p, std::mt19937*
     legacy90vspsDTXUpdate_G729B(a.data(), norm, vad, st);
   }
 });
+
+// A stable random Q12 LP filter: the LPC of a random descending LSP set (the
+// valid call's from a fixed seed).
+VT_GENERATOR("lpc_descending", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  std::mt19937 fixed(7);
+  std::mt19937& g = rng ? *rng : fixed;
+  g729t::V16 lsp(10);
+  int v = 32000;
+  for (auto& x : lsp) {
+    v -= 1000 + static_cast<int>(g() % 4500);
+    x = static_cast<Vsp16s>(v);
+  }
+  g729t::put(call, p, g729t::lpc_of(lsp));
+});
+VT_GENERATOR("postfilter_init", [](vt::Call& call, std::string_view p, std::mt19937*) {
+  legacy90vspsPostFilterInit_G729(call.buf<Vsp8u>(p).data());
+});
+VT_GENERATOR("postfilter_a_init", [](vt::Call& call, std::string_view p, std::mt19937*) {
+  legacy90vspsPostFilterInit_G729A(call.buf<Vsp8u>(p).data());
+});
