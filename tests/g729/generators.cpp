@@ -131,3 +131,32 @@ VT_GENERATOR("postfilter_init", [](vt::Call& call, std::string_view p, std::mt19
 VT_GENERATOR("postfilter_a_init", [](vt::Call& call, std::string_view p, std::mt19937*) {
   legacy90vspsPostFilterInit_G729A(call.buf<Vsp8u>(p).data());
 });
+
+namespace {
+
+// Deterministic saw-tooth contents ((i * step) % period) * scale + offset.
+vt::Generator saw(int step, int period, int scale, int offset) {
+  return [=](vt::Call& call, std::string_view p, std::mt19937*) {
+    auto x = call.buf<Vsp16s>(p);
+    for (std::size_t i = 0; i < x.size(); ++i)
+      x[i] = static_cast<Vsp16s>(static_cast<int>(i) * step % period * scale + offset);
+  };
+}
+
+}  // namespace
+
+VT_GENERATOR("pitch_gain_target", saw(1, 7, 100, -300));
+VT_GENERATOR("pitch_gain_filtered", saw(1, 7, 90, -250));
+VT_GENERATOR("codebook_target", saw(37, 200, 1, -100));
+VT_GENERATOR("gain_target", saw(53, 300, 1, -150));
+VT_GENERATOR("gain_filtered_adaptive", saw(29, 250, 1, -120));
+VT_GENERATOR("gain_filtered_code", saw(71, 2000, 1, -1000));
+
+// A decaying impulse response (Q12) as the encoder's h.
+VT_GENERATOR("impulse", [](vt::Call& call, std::string_view p, std::mt19937*) {
+  int v = 4096;
+  for (auto& x : call.buf<Vsp16s>(p)) {
+    x = static_cast<Vsp16s>(v);
+    v = -v * 3 / 5;
+  }
+});
