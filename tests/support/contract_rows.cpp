@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -75,6 +76,8 @@ struct Row {
   // Element ranges of random trials: buffer, element (-1: all), lo, hi.
   std::vector<std::tuple<std::string, int64_t, int64_t, int64_t>> randElems;
   std::map<std::string, std::pair<int64_t, int64_t>> fuzzRange;
+  std::map<std::string, std::tuple<int64_t, int64_t, double>> randFloat;  // lo..hi / divisor
+  std::vector<std::string> magnitudes;  // float buffers whose random trials are |x|
   std::vector<std::string> nullable;
   std::vector<int> statuses = {0};
   bool same = true;
@@ -250,6 +253,10 @@ void parse_token(Row& r, const std::string& t) {
     if (generators().find(b->trialGen) == generators().end()) fail(r.where, "unknown generator '" + b->trialGen + "'");
     return;
   }
+  if (head == "abs") {
+    r.magnitudes.push_back(rest);
+    return;
+  }
   if (head == "keep") {
     std::stringstream in(rest);
     for (std::string p; std::getline(in, p, ',');) {
@@ -266,8 +273,14 @@ void parse_token(Row& r, const std::string& t) {
   if (head == "rand" || head == "fuzz") {
     const std::size_t eq = rest.find('=');
     if (eq == std::string::npos) fail(r.where, t + ": expected NAME=...");
-    const std::string name = rest.substr(0, eq), values = rest.substr(eq + 1);
+    const std::string name = rest.substr(0, eq);
+    std::string values = rest.substr(eq + 1);
     const std::size_t dots = values.find("..");
+    if (const std::size_t slash = values.find('/'); head == "rand" && slash != std::string::npos) {
+      r.randFloat[name] = {number(r.where, values.substr(0, dots)), number(r.where, values.substr(dots + 2, slash - dots - 2)),
+                           static_cast<double>(number(r.where, values.substr(slash + 1)))};
+      return;
+    }
     std::vector<int64_t> v;
     if (dots != std::string::npos) {
       v = {number(r.where, values.substr(0, dots)), number(r.where, values.substr(dots + 2))};
@@ -308,6 +321,13 @@ void parse_token(Row& r, const std::string& t) {
   if (check) {  // !NAME=V:STATUS
     const std::size_t c = body.find(':');
     if (body[op] != '=' || c == std::string::npos) fail(r.where, t + ": expected !NAME=VALUE:STATUS");
+    const std::string v = body.substr(op + 1, c - op - 1);
+    if (v.find('.') != std::string::npos || v.find("nan") != std::string::npos || v.find("inf") != std::string::npos) {
+      const double f = std::stod(v);
+      r.checks.push_back(custom(name + "=" + v, {name}, [name, f](Call& call) { call.scalar_f(name, f); },
+                                status(r.where, body.substr(c + 1))));
+      return;
+    }
     r.checks.push_back(bad(name, number(r.where, body.substr(op + 1, c - op - 1)), status(r.where, body.substr(c + 1))));
     return;
   }
@@ -416,6 +436,12 @@ Contract to_contract(const std::shared_ptr<const Row>& row) {
     for (const auto& [name, v] : row->rand)
       ints[name] = v[0] == INT64_MIN ? v[1] + int64_t(rng() % uint64_t(v[2] - v[1] + 1)) : v[rng() % v.size()];
     call = build(*row, ints, &rng, nullptr, true);
+    for (const auto& [name, v] : row->randFloat) {
+      const auto [lo, hi, divisor] = v;
+      call.scalar_f(name, static_cast<double>(lo + int64_t(rng() % uint64_t(hi - lo + 1))) / divisor);
+    }
+    for (const std::string& name : row->magnitudes)
+      for (float& x : call.buf<float>(name)) x = std::fabs(x);
   };
   if (r.fuzz)
     c.fuzz = [row](Call& call, FuzzInput& in) {
@@ -438,6 +464,11 @@ Contract to_contract(const std::shared_ptr<const Row>& row) {
         if (hi == INT64_MIN) hi = lo + 5000;
         if (range != row->fuzzRange.end()) std::tie(lo, hi) = range->second;
         ints[param] = fz::pick(in, param, lo, hi);
+        for (const Rule& q : row->rules)  // a set: by choice one of its values or a neighbour
+          if (q.param == param && q.kind == '@' && in.choice(param + " near a member")) {
+            const auto k = static_cast<std::size_t>(in.scalar(param + " member", 0, int64_t(q.values.size()) - 1));
+            ints[param] = q.values[k] + in.scalar(param + " offset", -1, 1);
+          }
       }
       int st = FuzzInput::kAnyValid;
       const bool failing = first_failing(*row, ints, st);
