@@ -1,6 +1,6 @@
-// Contracts of the G.729 high-pass filter, Levinson-Durbin, float
-// interpolation and autocorrelation exports, whose valid calls or fuzzing
-// need code; the other LP helpers are rows in contracts.txt.
+// Contracts of the G.729 high-pass filter, Levinson-Durbin and
+// autocorrelation exports, whose valid calls or fuzzing need code; the
+// other LP helpers are rows in contracts.txt.
 #include "tests/g729/g729_test_util.h"
 #include "tests/support/contract.h"
 #include "tests/support/fuzz_hooks.h"
@@ -124,28 +124,6 @@ VT_CONTRACT(legacy90vspsLevinsonDurbin_G729_32f) {
     g729t::put(call, "pSrcAutoCorr", to_float(g729t::random_autocorr(rng, order)));
   };
   c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_levinson(call, in, 0); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsInterpolateC_G729_32f) {
-  vt::Contract c;
-  c.valid = [=] {
-    return vt::Call(name)
-        .in("pSrc1", 10)
-        .scalar_f("val1", 0.25)
-        .in("pSrc2", 10)
-        .scalar_f("val2", 0.75)
-        .out("pDst", 10)
-        .scalar("len", 10);
-  };
-  c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    float v[2];
-    in.fill("values", {reinterpret_cast<uint8_t*>(v), sizeof v});
-    fz::finite(v, 1e18f);
-    call.scalar_f("val1", v[0]).scalar_f("val2", v[1]);
-    return fz::len_hook(call, in, {"pSrc1", "pSrc2"}, {"pDst"});
-  };
   return c;
 }
 

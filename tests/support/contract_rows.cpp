@@ -77,6 +77,7 @@ struct Row {
   std::vector<std::tuple<std::string, int64_t, int64_t, int64_t>> randElems;
   std::map<std::string, std::pair<int64_t, int64_t>> fuzzRange;
   std::map<std::string, std::tuple<int64_t, int64_t, double>> randFloat;  // lo..hi / divisor
+  std::vector<std::string> fuzzFloats;  // float scalars the fuzzer chooses (finite, |x| <= 1e18)
   std::vector<std::string> magnitudes;  // float buffers whose random trials are |x|
   std::vector<std::string> nullable;
   std::vector<int> statuses = {0};
@@ -267,6 +268,11 @@ void parse_token(Row& r, const std::string& t) {
     return;
   }
   if (t == "fuzz") {
+    r.fuzz = true;
+    return;
+  }
+  if (head == "fuzz" && t.size() > 6 && t.compare(t.size() - 6, 6, "=float") == 0) {
+    r.fuzzFloats.push_back(rest.substr(0, rest.size() - 6));
     r.fuzz = true;
     return;
   }
@@ -473,6 +479,12 @@ Contract to_contract(const std::shared_ptr<const Row>& row) {
       int st = FuzzInput::kAnyValid;
       const bool failing = first_failing(*row, ints, st);
       call = build(*row, ints, nullptr, &in, !failing);
+      for (const std::string& name : row->fuzzFloats) {
+        float v = 0;
+        in.fill(name, {reinterpret_cast<uint8_t*>(&v), sizeof v});
+        fz::finite({&v, 1}, 1e18f);
+        call.scalar_f(name, v);
+      }
       if (fz::nulls(call, in, {})) {
         for (const ParamInfo& p : call.fn().params)
           if (p.isPointer && call.role(p.name) == Role::Null &&
