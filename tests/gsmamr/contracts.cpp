@@ -57,20 +57,6 @@ bool fuzz_with_mode(vt::Call& call, vt::FuzzInput& in, std::initializer_list<Mod
 
 }  // namespace
 
-VT_CONTRACT(legacy90vspsAutoCorr_GSMAMR_16s32s) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).in("pSrc", 240).out("pDst", 22).scalar("mode", 12); };
-  c.checks = bad_modes();
-  c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    put(call, "pSrc", amrt::random_speech(rng, 240));
-    call.scalar("mode", amrt::random_mode(rng));
-  };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    return fuzz_with_mode(call, in, {{"pSrc", vt::Role::In, 240, 240}, {"pDst", vt::Role::Out, 22, 11}});
-  };
-  return c;
-}
-
 VT_CONTRACT(legacy90vspsLevinsonDurbin_GSMAMR_32s16s) {
   vt::Contract c;
   c.valid = [=] {

@@ -24,3 +24,11 @@ VT_GENERATOR("amr_lsp_mostly_random", [](vt::Call& call, std::string_view p, std
   const auto l = amrt::random_lsp(*rng);
   std::copy(l.begin(), l.end(), call.buf<int16_t>(p).begin());
 });
+
+// Random speech-like frames (a resonator driven by noise) in random trials.
+VT_GENERATOR("amr_speech", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
+  if (!rng) return;
+  auto b = call.buf<int16_t>(p);
+  const auto x = amrt::random_speech(*rng, b.size());
+  std::copy(x.begin(), x.end(), b.begin());
+});

@@ -33,10 +33,16 @@ const std::map<std::string, int, std::less<>> kStatuses = {
 };
 
 // A buffer size: a count, or a scalar's value times `mul` plus `add`.
+// `A?P=V/B`: A when scalar P is V, else B.
 struct Size {
   std::string scalar;
   int64_t mul = 1, add = 0;
-  int64_t of(const std::map<std::string, int64_t>& v) const { return scalar.empty() ? add : v.at(scalar) * mul + add; }
+  std::string when;
+  int64_t whenValue = 0, otherwise = 0;
+  int64_t of(const std::map<std::string, int64_t>& v) const {
+    if (!when.empty() && v.at(when) != whenValue) return otherwise;
+    return scalar.empty() ? add : v.at(scalar) * mul + add;
+  }
 };
 
 struct Buffer {
@@ -139,8 +145,17 @@ int status(const std::string& where, const std::string& s) {
   return static_cast<int>(number(where, s));
 }
 
-Size size_of(const std::string& where, const std::string& s) {
+Size size_of(const std::string& where, const std::string& text) {
   Size z;
+  std::string s = text;
+  if (const std::size_t q = s.find('?'); q != std::string::npos) {
+    const std::size_t eq = s.find('=', q), slash = s.find('/', q);
+    if (eq == std::string::npos || slash == std::string::npos) fail(where, text + ": expected A?P=V/B");
+    z.when = s.substr(q + 1, eq - q - 1);
+    z.whenValue = number(where, s.substr(eq + 1, slash - eq - 1));
+    z.otherwise = number(where, s.substr(slash + 1));
+    s.resize(q);
+  }
   if (s.rfind("size(", 0) == 0 && s.back() == ')') {  // what a ...GetStateSize export reports
     const std::string fn = s.substr(5, s.size() - 6);
     if (find_export(fn) == nullptr) fail(where, "no export named " + fn);
@@ -532,7 +547,8 @@ void load_contract_rows(std::vector<Contract>& into) {
       for (std::string t; tokens >> t;) parse_token(*row, t);
       for (const Buffer& b : row->buffers) {
         if (find_export(row->name)->index_of(b.param) < 0) fail(where, "no parameter " + b.param);
-        if (!b.size.scalar.empty() && row->ints.count(b.size.scalar) == 0)
+        if ((!b.size.scalar.empty() && row->ints.count(b.size.scalar) == 0) ||
+            (!b.size.when.empty() && row->ints.count(b.size.when) == 0))
           fail(where, b.param + " is sized by " + b.size.scalar + ", which the row does not set");
       }
       for (const auto& [name, range] : row->fuzzRange)
