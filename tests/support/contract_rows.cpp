@@ -33,7 +33,7 @@ const std::map<std::string, int, std::less<>> kStatuses = {
 };
 
 // A buffer size: a count, or a scalar's value times `mul` plus `add`.
-// `A?P=V/B`: A when scalar P is V, else B.
+// `A?P@V/B`: A when scalar P is V, else B.
 struct Size {
   std::string scalar;
   int64_t mul = 1, add = 0;
@@ -149,8 +149,8 @@ Size size_of(const std::string& where, const std::string& text) {
   Size z;
   std::string s = text;
   if (const std::size_t q = s.find('?'); q != std::string::npos) {
-    const std::size_t eq = s.find('=', q), slash = s.find('/', q);
-    if (eq == std::string::npos || slash == std::string::npos) fail(where, text + ": expected A?P=V/B");
+    const std::size_t eq = s.find('@', q), slash = s.find('/', q);
+    if (eq == std::string::npos || slash == std::string::npos) fail(where, text + ": expected A?P@V/B");
     z.when = s.substr(q + 1, eq - q - 1);
     z.whenValue = number(where, s.substr(eq + 1, slash - eq - 1));
     z.otherwise = number(where, s.substr(slash + 1));
