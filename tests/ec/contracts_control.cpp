@@ -53,4 +53,3 @@ VT_CONTRACT(legacy90vspsSubbandStepSize_EC_32f) {
   };
   return c;
 }
-

@@ -20,12 +20,13 @@ VT_CONTRACT(legacy90vspsDecodePitchLag_G729_16s) {
     call.inout("pSrcDstOldT0", std::vector<Vsp16s>{60}).inout("pSrcDstT0", std::vector<Vsp16s>{60});
     return call.out("pDstFrac", 1);
   };
-  c.checks = {vt::bad("subframe", 2, vspStsRangeErr), vt::bad("index", 32, vspStsRangeErr),
-              vt::bad("index", -1, vspStsRangeErr),
-              vt::custom("old T0 18", {"pSrcDstOldT0"}, [](vt::Call& k) { k.buf<Vsp16s>("pSrcDstOldT0")[0] = 18; },
-                         vspStsRangeErr),
-              vt::custom("T0 145", {"pSrcDstT0"}, [](vt::Call& k) { k.buf<Vsp16s>("pSrcDstT0")[0] = 145; },
-                         vspStsRangeErr)};
+  c.checks = {
+      vt::bad("subframe", 2, vspStsRangeErr), vt::bad("index", 32, vspStsRangeErr),
+      vt::bad("index", -1, vspStsRangeErr),
+      vt::custom(
+          "old T0 18", {"pSrcDstOldT0"}, [](vt::Call& k) { k.buf<Vsp16s>("pSrcDstOldT0")[0] = 18; }, vspStsRangeErr),
+      vt::custom(
+          "T0 145", {"pSrcDstT0"}, [](vt::Call& k) { k.buf<Vsp16s>("pSrcDstT0")[0] = 145; }, vspStsRangeErr)};
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     const int64_t sf = pick(rng, 0, 1);
     call.scalar("subframe", sf).scalar("erased", pick(rng, 0, 1)).scalar("index", pick(rng, 0, sf ? 31 : 255));

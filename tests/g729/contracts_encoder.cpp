@@ -15,8 +15,12 @@ int64_t pick(std::mt19937& rng, int64_t lo, int64_t hi) {
 VT_CONTRACT(legacy90vspsEncodePitchLag_G729_16s) {
   vt::Contract c;
   c.valid = [=] {
-    return vt::Call(name).scalar("T0", 62).scalar("frac", -1).scalar("refLag", 60).scalar("subframe", 1).out(
-        "pDstIndex", 1);
+    return vt::Call(name)
+        .scalar("T0", 62)
+        .scalar("frac", -1)
+        .scalar("refLag", 60)
+        .scalar("subframe", 1)
+        .out("pDstIndex", 1);
   };
   c.checks = {vt::bad("subframe", 2, vspStsRangeErr), vt::bad("frac", 2, vspStsRangeErr),
               vt::bad("T0", 145, vspStsRangeErr), vt::bad("refLag", 18, vspStsRangeErr)};
@@ -31,10 +35,14 @@ VT_CONTRACT(legacy90vspsEncodePitchLag_G729_16s) {
 VT_CONTRACT(legacy90vspsTamingTest_G729_32s) {
   vt::Contract c;
   c.valid = [=] {
-    return vt::Call(name).scalar("T0", 60).scalar("frac", 1).in("pExcErr", std::vector<Vsp32s>{16384, 16384, 16384, 16384}).out(
-        "pDstFlag", 1);
+    return vt::Call(name)
+        .scalar("T0", 60)
+        .scalar("frac", 1)
+        .in("pExcErr", std::vector<Vsp32s>{16384, 16384, 16384, 16384})
+        .out("pDstFlag", 1);
   };
-  c.checks = {vt::bad("T0", 18, vspStsRangeErr), vt::bad("T0", 145, vspStsRangeErr), vt::bad("frac", 2, vspStsRangeErr)};
+  c.checks = {vt::bad("T0", 18, vspStsRangeErr), vt::bad("T0", 145, vspStsRangeErr),
+              vt::bad("frac", 2, vspStsRangeErr)};
   c.randomize = [](vt::Call& call, std::mt19937& rng) {
     call.randomize_inputs(rng);
     const int64_t t0 = pick(rng, 19, 144);

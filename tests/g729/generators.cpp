@@ -10,7 +10,8 @@ g729t::V16 realistic_lpc(std::mt19937& rng) { return g729t::lpc_of(g729t::random
 }  // namespace
 
 // The G.729 LSP reset vector (Q15 cosines).
-VT_GENERATOR("lsp_reset", [](vt::Call& call, std::string_view p, std::mt19937*) { g729t::put(call, p, g729t::kLsfReset); });
+VT_GENERATOR("lsp_reset",
+             [](vt::Call& call, std::string_view p, std::mt19937*) { g729t::put(call, p, g729t::kLsfReset); });
 
 // A stable Q12 filter from fixed, widely spread LSPs.
 VT_GENERATOR("lpc_spread", [](vt::Call& call, std::string_view p, std::mt19937*) {
@@ -44,9 +45,8 @@ std::vector<Vsp32f> scaled(const std::vector<T>& v, float divisor) {
 
 // LSF memories: four reset rows; four random stable rows (Q13, or /8192 in
 // floating point).
-VT_GENERATOR("lsf_memory_reset", [](vt::Call& call, std::string_view p, std::mt19937*) {
-  g729t::put(call, p, g729t::reset_memory());
-});
+VT_GENERATOR("lsf_memory_reset",
+             [](vt::Call& call, std::string_view p, std::mt19937*) { g729t::put(call, p, g729t::reset_memory()); });
 VT_GENERATOR("lsf_memory_random", [](vt::Call& call, std::string_view p, std::mt19937* rng) {
   if (rng) g729t::put(call, p, g729t::random_memory(*rng));
 });

@@ -24,11 +24,16 @@ std::map<std::string, Generator, std::less<>>& generators() {
 }
 
 const std::map<std::string, int, std::less<>> kStatuses = {
-#define VT_STATUS(s) {#s, vspSts##s}
-    VT_STATUS(NoErr),       VT_STATUS(Err),           VT_STATUS(BadArgErr),      VT_STATUS(SizeErr),
-    VT_STATUS(RangeErr),    VT_STATUS(NullPtrErr),    VT_STATUS(BadIndexErr),    VT_STATUS(LSFRangeErr),
-    VT_STATUS(OutOfRangeErr), VT_STATUS(FIRLenErr),   VT_STATUS(LPCUnstable),    VT_STATUS(LsfLowClamped),
-    VT_STATUS(LsfHighClamped), VT_STATUS(LsfBothClamped), VT_STATUS(Overflow),   VT_STATUS(ForeignCpu),
+#define VT_STATUS(s) \
+  { #s, vspSts##s }
+    VT_STATUS(NoErr),          VT_STATUS(Err),
+    VT_STATUS(BadArgErr),      VT_STATUS(SizeErr),
+    VT_STATUS(RangeErr),       VT_STATUS(NullPtrErr),
+    VT_STATUS(BadIndexErr),    VT_STATUS(LSFRangeErr),
+    VT_STATUS(OutOfRangeErr),  VT_STATUS(FIRLenErr),
+    VT_STATUS(LPCUnstable),    VT_STATUS(LsfLowClamped),
+    VT_STATUS(LsfHighClamped), VT_STATUS(LsfBothClamped),
+    VT_STATUS(Overflow),       VT_STATUS(ForeignCpu),
 #undef VT_STATUS
 };
 
@@ -49,7 +54,7 @@ struct Buffer {
   Role role = Role::In;
   bool opaque = false;
   std::string param, gen;
-  bool genInTrials = false;  // `~gen`: random trials use the generator too
+  bool genInTrials = false;     // `~gen`: random trials use the generator too
   std::vector<double> literal;  // `=v,v,v`: the valid call's contents
   std::string trialGen;         // trial:NAME=GEN: random trials' generator
   bool keep = false;            // keep:NAME: random trials keep the valid contents
@@ -173,8 +178,10 @@ Size size_of(const std::string& where, const std::string& text) {
   z.scalar = s.substr(0, op);
   if (op != std::string::npos) {
     const int64_t k = number(where, s.substr(op + 1));
-    if (s[op] == '*') z.mul = k;
-    else z.add = s[op] == '+' ? k : -k;
+    if (s[op] == '*')
+      z.mul = k;
+    else
+      z.add = s[op] == '+' ? k : -k;
   }
   return z;
 }
@@ -298,7 +305,8 @@ void parse_token(Row& r, const std::string& t) {
     std::string values = rest.substr(eq + 1);
     const std::size_t dots = values.find("..");
     if (const std::size_t slash = values.find('/'); head == "rand" && slash != std::string::npos) {
-      r.randFloat[name] = {number(r.where, values.substr(0, dots)), number(r.where, values.substr(dots + 2, slash - dots - 2)),
+      r.randFloat[name] = {number(r.where, values.substr(0, dots)),
+                           number(r.where, values.substr(dots + 2, slash - dots - 2)),
                            static_cast<double>(number(r.where, values.substr(slash + 1)))};
       return;
     }
@@ -335,8 +343,10 @@ void parse_token(Row& r, const std::string& t) {
     const std::string idx = name.substr(param.size() + 1, name.size() - param.size() - 2);
     const std::size_t k = idx == "*" ? SIZE_MAX : static_cast<std::size_t>(number(r.where, idx));
     const int64_t v = number(r.where, body.substr(op + 1, c - op - 1));
-    r.checks.push_back(custom(name + "=" + std::to_string(v), {param},
-                              [param, k, v](Call& call) { set_element(call, param, k, static_cast<double>(v)); }, status(r.where, body.substr(c + 1))));
+    r.checks.push_back(custom(
+        name + "=" + std::to_string(v), {param},
+        [param, k, v](Call& call) { set_element(call, param, k, static_cast<double>(v)); },
+        status(r.where, body.substr(c + 1))));
     return;
   }
   if (check) {  // !NAME=V:STATUS
@@ -345,11 +355,13 @@ void parse_token(Row& r, const std::string& t) {
     const std::string v = body.substr(op + 1, c - op - 1);
     if (v.find('.') != std::string::npos || v.find("nan") != std::string::npos || v.find("inf") != std::string::npos) {
       const double f = std::stod(v);
-      r.checks.push_back(custom(name + "=" + v, {name}, [name, f](Call& call) { call.scalar_f(name, f); },
-                                status(r.where, body.substr(c + 1))));
+      r.checks.push_back(custom(
+          name + "=" + v, {name}, [name, f](Call& call) { call.scalar_f(name, f); },
+          status(r.where, body.substr(c + 1))));
       return;
     }
-    r.checks.push_back(bad(name, number(r.where, body.substr(op + 1, c - op - 1)), status(r.where, body.substr(c + 1))));
+    r.checks.push_back(
+        bad(name, number(r.where, body.substr(op + 1, c - op - 1)), status(r.where, body.substr(c + 1))));
     return;
   }
   if (body[op] == '=') {  // NAME=VALUE
@@ -382,15 +394,15 @@ void parse_token(Row& r, const std::string& t) {
 // The call for the given scalar values; `fuzzed` sizes every buffer with
 // fz::count (one element when the call is invalid) and takes the state
 // blocks' misalignment from the fuzzer.
-Call build(const Row& r, const std::map<std::string, int64_t>& ints, std::mt19937* rng, FuzzInput* fuzz,
-           bool valid) {
+Call build(const Row& r, const std::map<std::string, int64_t>& ints, std::mt19937* rng, FuzzInput* fuzz, bool valid) {
   Call call(r.name);
   for (const auto& [name, v] : ints) call.scalar(name, v);
   for (const auto& [name, v] : r.floats) call.scalar_f(name, v);
   for (const Buffer& b : r.buffers) {
     const int64_t n = b.size.of(ints);
     if (!fuzz && n < 1) fail(r.where, b.param + " has size " + std::to_string(n));
-    const std::size_t elem = std::max<std::size_t>(1, call.fn().params[std::size_t(call.fn().index_of(b.param))].elemSize);
+    const std::size_t elem =
+        std::max<std::size_t>(1, call.fn().params[std::size_t(call.fn().index_of(b.param))].elemSize);
     const std::size_t count = fuzz ? fz::count(valid, n, int64_t(elem)) : std::size_t(n);
     if (b.opaque)
       call.bytes(b.param, count, fuzz && b.misalign ? fz::misalign(*fuzz) : b.misalign);
@@ -418,7 +430,8 @@ Call build(const Row& r, const std::map<std::string, int64_t>& ints, std::mt1993
       const std::size_t size = call.fn().params[std::size_t(call.fn().index_of(param))].elemSize;
       const std::size_t n = k < 0 ? call.buf<uint8_t>(param).size() / size : 1;
       for (std::size_t e = 0; e < n; ++e)
-        set_element(call, param, k < 0 ? e : std::size_t(k), static_cast<double>(lo + int64_t((*rng)() % uint64_t(hi - lo + 1))));
+        set_element(call, param, k < 0 ? e : std::size_t(k),
+                    static_cast<double>(lo + int64_t((*rng)() % uint64_t(hi - lo + 1))));
     }
   if (fuzz) fz::fill_inputs(call, *fuzz);
   if (!valid) return call;
