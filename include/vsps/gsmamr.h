@@ -441,8 +441,9 @@ VSPS_FN(VspStatus, legacy90vspsVAD1Init_GSMAMR, (Vsp8u* pState), (pState))
 /* VAD option 1 decision of a frame (TS 26.073 vad1). pSrc: 200 samples, the
  * frame being coded followed by the 40-sample look-ahead (the encoder's
  * old_speech[120..319]; pSrc[40..199] are the 160 newest samples). Frame
- * power over pSrc[0..159] (tone and complex flags reset below 343040 and
- * 15000), 9-band filter bank over pSrc[40..199], levels, SNR sum against the
+ * power over pSrc[0..159] (below 343040 the pitch register's bit 0x4000 is
+ * cleared, below 15000 the complex-low register's and the frame counts as
+ * low power), 9-band filter bank over pSrc[40..199], levels, SNR sum against the
  * background estimate, adaptive threshold, complex-signal detection, noise
  * estimate update, burst/hangover. *pDstVad = 1 speech, 0 noise.
  * The tone, pitch and complex-signal flags it reads are those the previous
