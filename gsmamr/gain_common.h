@@ -12,11 +12,10 @@
 
 namespace vsps::VSPS_NS::amr::gq {
 
-// The state of gainQuant: the code-gain predictor (past quantised energies,
-// Q10, 20 log10 and log2 domains), the 4.75 kbit/s "unquantised" predictor
-// and the even subframe's search data, the 7.95 kbit/s gain adaptation.
-struct State {
-  int16_t past_qua_en[4], past_qua_en_MR122[4];
+// The state block of gainQuant: the 4.75 kbit/s "unquantised" code-gain
+// predictor (past energies, Q10, 20 log10 and log2 domains) and the even
+// subframe's search data, the 7.95 kbit/s gain adaptation.
+struct Block {
   int16_t unq_qua_en[4], unq_qua_en_MR122[4];
   // 4.75 kbit/s even subframe: predicted gain, coefficients, target energy
   int16_t sf0_exp_gcode0, sf0_frac_gcode0, sf0_exp_target_en, sf0_frac_target_en;
@@ -24,12 +23,14 @@ struct State {
   // 7.95 kbit/s gain adaptation
   int16_t onset, prev_alpha, prev_gc, ltpg_mem[5];
 };
+// A call's working copy: the block and the caller's code-gain predictor.
+struct State : Block {
+  int16_t past_qua_en[4], past_qua_en_MR122[4];
+};
 
-inline void reset(State& s) {
-  s = State{};
+inline void reset(Block& s) {
+  s = Block{};
   for (int i = 0; i < 4; ++i) {
-    s.past_qua_en[i] = -14336;
-    s.past_qua_en_MR122[i] = -2381;
     s.unq_qua_en[i] = -14336;
     s.unq_qua_en_MR122[i] = -2381;
   }

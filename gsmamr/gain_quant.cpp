@@ -11,6 +11,7 @@
 namespace vsps::VSPS_NS {
 namespace {
 
+using amr::gq::Block;
 using amr::gq::State;
 
 // Innovation energy of the code vector (mantissa, exponent) as gc_pred
@@ -53,13 +54,13 @@ void gain_quant_795(State& st, const int16_t* res, const int16_t* exc, const int
 
 VspStatus legacy90vspsGainQuantStateSize_GSMAMR(int* pSize) {
   if (!pSize) return vspStsNullPtrErr;
-  *pSize = static_cast<int>(sizeof(State));
+  *pSize = static_cast<int>(sizeof(Block));
   return vspStsNoErr;
 }
 
 VspStatus legacy90vspsGainQuantInit_GSMAMR(Vsp8u* pState) {
   if (!pState) return vspStsNullPtrErr;
-  State s;
+  Block s;
   amr::gq::reset(s);
   std::memcpy(pState, &s, sizeof s);
   return vspStsNoErr;
@@ -80,15 +81,17 @@ VspStatus legacy90vspsQuantPitchGain_GSMAMR_16s(Vsp16s gainPitch, Vsp16s gpLimit
 VspStatus legacy90vspsGainQuant_GSMAMR_16s(const Vsp16s* pTarget, const Vsp16s* pTarget2, const Vsp16s* pFiltAdapt,
                                            const Vsp16s* pFiltCode, const Vsp16s* pCode, const Vsp16s* pResidual,
                                            const Vsp16s* pAdapt, const Vsp16s* pCoeff, Vsp16s gainPitch, Vsp16s gpLimit,
-                                           Vsp8u* pState, Vsp16s* pDstGains, Vsp16s* pDstIndex, int subframe,
-                                           int mode) {
-  if (!pTarget || !pTarget2 || !pFiltAdapt || !pFiltCode || !pCode || !pResidual || !pAdapt || !pCoeff || !pState ||
-      !pDstGains || !pDstIndex)
+                                           Vsp16s* pSrcDstPastQuaEn, Vsp8u* pState, Vsp16s* pDstGains,
+                                           Vsp16s* pDstIndex, int subframe, int mode) {
+  if (!pTarget || !pTarget2 || !pFiltAdapt || !pFiltCode || !pCode || !pResidual || !pAdapt || !pCoeff ||
+      !pSrcDstPastQuaEn || !pState || !pDstGains || !pDstIndex)
     return vspStsNullPtrErr;
   const int16_t m = amr::ref_mode(mode);
   if (subframe < 0 || subframe > 3 || m < 0 || m == amr::MRDTX) return vspStsRangeErr;
   State st;
-  std::memcpy(&st, pState, sizeof st);
+  std::memcpy(static_cast<Block*>(&st), pState, sizeof(Block));
+  std::memcpy(st.past_qua_en, pSrcDstPastQuaEn, sizeof st.past_qua_en);
+  std::memcpy(st.past_qua_en_MR122, pSrcDstPastQuaEn + 4, sizeof st.past_qua_en_MR122);
   int16_t gains[4] = {gainPitch, 0, 0, 0}, index[2] = {-1, -1};
   int16_t qua_ener_MR122 = 0, qua_ener = 0;
   bool update = true;
@@ -138,7 +141,9 @@ VspStatus legacy90vspsGainQuant_GSMAMR_16s(const Vsp16s* pTarget, const Vsp16s* 
   for (int i = 0; i < 4; ++i) pDstGains[i] = gains[i];
   pDstIndex[0] = index[0];
   pDstIndex[1] = index[1];
-  std::memcpy(pState, &st, sizeof st);
+  std::memcpy(pState, static_cast<const Block*>(&st), sizeof(Block));
+  std::memcpy(pSrcDstPastQuaEn, st.past_qua_en, sizeof st.past_qua_en);
+  std::memcpy(pSrcDstPastQuaEn + 4, st.past_qua_en_MR122, sizeof st.past_qua_en_MR122);
   return vspStsNoErr;
 }
 

@@ -600,13 +600,14 @@ VSPS_FN(VspStatus, legacy90vspsQuantPitchGain_GSMAMR_16s, (Vsp16s gainPitch, Vsp
  * Checks: pSize null: vspStsNullPtrErr. */
 VSPS_FN(VspStatus, legacy90vspsGainQuantStateSize_GSMAMR, (int* pSize), (pSize))
 
-/* Formats a gain quantiser state block (any alignment), TS 26.073
- * gainQuant_reset: the two code-gain predictors (past quantised energies
- * -14336 in the 20 log10 domain and -2381 in the log2 domain, Q10), the
- * 4.75 kbit/s even-subframe memory and the 7.95 kbit/s gain adaptation
- * (onset, previous alpha and code gain, LTP gain history) all zero.
- * The state is a block because its parts move together from subframe to
- * subframe and no caller needs to see them.
+/* Formats a gain quantiser state block (any alignment), the block's part of
+ * TS 26.073 gainQuant_reset: the 4.75 kbit/s second code-gain predictor
+ * (past quantised energies -14336 and -2381, Q10) and even-subframe memory,
+ * and the 7.95 kbit/s gain adaptation (onset, previous alpha and code gain,
+ * LTP gain history) zero. The block holds what passes from one subframe to
+ * the next inside the quantiser; the code-gain predictor itself is the
+ * caller's array (see legacy90vspsGainQuant_GSMAMR_16s), because the
+ * comfort-noise encoder (legacy90vspsDTXEncode_GSMAMR_16s) sets it too.
  * Checks: pState null: vspStsNullPtrErr. */
 VSPS_FN(VspStatus, legacy90vspsGainQuantInit_GSMAMR, (Vsp8u* pState), (pState))
 
@@ -622,6 +623,11 @@ VSPS_FN(VspStatus, legacy90vspsGainQuantInit_GSMAMR, (Vsp8u* pState), (pState))
  * {<y1,y1> mantissa, exponent, <xn,y1> mantissa, exponent} of G_pitch,
  * gainPitch (Q14: the quantised gain at 12.2 kbit/s, else the unquantised
  * gain after limiting), gpLimit (Q14, 32767 = none).
+ * pSrcDstPastQuaEn (8, in/out) is the code-gain MA predictor: the four past
+ * quantised energies of the rates below 12.2 kbit/s (Q10, 20 log10 domain)
+ * then the four of 12.2 kbit/s (Q10, log2 domain), newest first; reset
+ * values -14336 x 4 and -2381 x 4 (the same array the comfort-noise encoder
+ * legacy90vspsDTXEncode_GSMAMR_16s sets).
  * 12.2 kbit/s: code gain from <xn2,y2>/<y2,y2>, scalar quantisation against
  * the predicted gain (qua_gain_code, 32 entries). 7.95: pitch-gain
  * quantisation with three candidates, joint search of candidate and code
@@ -635,7 +641,8 @@ VSPS_FN(VspStatus, legacy90vspsGainQuantInit_GSMAMR, (Vsp8u* pState), (pState))
  * [2], [3] (else [2], [3] repeat [0], [1]); pDstIndex (2) = the gain
  * parameters of the subframe: 12.2 {code index, -1}, 7.95 {pitch index,
  * code index}, 4.75 even {-1, -1}, 4.75 odd {joint index of both
- * subframes, -1}, others {joint index, -1}. pState is updated.
+ * subframes, -1}, others {joint index, -1}. pSrcDstPastQuaEn (every
+ * subframe but the 4.75 kbit/s even ones) and pState are updated.
  * Checks in order: any pointer null: vspStsNullPtrErr; subframe outside
  * 0..3, mode: vspStsRangeErr. */
-VSPS_FN(VspStatus, legacy90vspsGainQuant_GSMAMR_16s, (const Vsp16s* pTarget, const Vsp16s* pTarget2, const Vsp16s* pFiltAdapt, const Vsp16s* pFiltCode, const Vsp16s* pCode, const Vsp16s* pResidual, const Vsp16s* pAdapt, const Vsp16s* pCoeff, Vsp16s gainPitch, Vsp16s gpLimit, Vsp8u* pState, Vsp16s* pDstGains, Vsp16s* pDstIndex, int subframe, int mode), (pTarget, pTarget2, pFiltAdapt, pFiltCode, pCode, pResidual, pAdapt, pCoeff, gainPitch, gpLimit, pState, pDstGains, pDstIndex, subframe, mode))
+VSPS_FN(VspStatus, legacy90vspsGainQuant_GSMAMR_16s, (const Vsp16s* pTarget, const Vsp16s* pTarget2, const Vsp16s* pFiltAdapt, const Vsp16s* pFiltCode, const Vsp16s* pCode, const Vsp16s* pResidual, const Vsp16s* pAdapt, const Vsp16s* pCoeff, Vsp16s gainPitch, Vsp16s gpLimit, Vsp16s* pSrcDstPastQuaEn, Vsp8u* pState, Vsp16s* pDstGains, Vsp16s* pDstIndex, int subframe, int mode), (pTarget, pTarget2, pFiltAdapt, pFiltCode, pCode, pResidual, pAdapt, pCoeff, gainPitch, gpLimit, pSrcDstPastQuaEn, pState, pDstGains, pDstIndex, subframe, mode))

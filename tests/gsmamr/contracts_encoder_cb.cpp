@@ -95,7 +95,9 @@ VT_CONTRACT(legacy90vspsGainQuant_GSMAMR_16s) {
     vt::Call call(name);
     call.in("pTarget", 40).in("pTarget2", 40).in("pFiltAdapt", 40).in("pFiltCode", 40).in("pCode", 40);
     call.in("pResidual", 40).in("pAdapt", 40).in("pCoeff", std::vector<Vsp16s>{20000, 10, 15000, 9});
-    call.scalar("gainPitch", 9000).scalar("gpLimit", 32767).bytes("pState", gain_state_size(), 1);
+    call.scalar("gainPitch", 9000).scalar("gpLimit", 32767);
+    call.inout("pSrcDstPastQuaEn", std::vector<Vsp16s>{-14336, -14336, -14336, -14336, -2381, -2381, -2381, -2381});
+    call.bytes("pState", gain_state_size(), 1);
     legacy90vspsGainQuantInit_GSMAMR(call.buf<Vsp8u>("pState").data());
     call.out("pDstGains", 4).out("pDstIndex", 2).scalar("subframe", 1).scalar("mode", 8);
     return call;
@@ -113,6 +115,8 @@ VT_CONTRACT(legacy90vspsGainQuant_GSMAMR_16s) {
     co[1] = static_cast<Vsp16s>(static_cast<int>(rng() % 30) - 10);
     co[2] = static_cast<Vsp16s>(static_cast<int>(rng() % 65536) - 32768);
     co[3] = static_cast<Vsp16s>(static_cast<int>(rng() % 30) - 10);
+    for (auto& e : call.buf<Vsp16s>("pSrcDstPastQuaEn"))
+      e = static_cast<Vsp16s>(-14336 + static_cast<int>(rng() % 20000));
     call.scalar("gainPitch", static_cast<int64_t>(rng() % 19662));
     call.scalar("gpLimit", rng() % 2 ? 32767 : 15565);
     call.scalar("subframe", static_cast<int64_t>(rng() % 4));

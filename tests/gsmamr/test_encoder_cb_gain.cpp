@@ -114,6 +114,7 @@ Count run_file(const Dump& d, int frames, const Rate& r) {
   legacy90vspsGainQuantStateSize_GSMAMR(&size);
   std::vector<Vsp8u> state(size);
   legacy90vspsGainQuantInit_GSMAMR(state.data());
+  std::vector<Vsp16s> past_qua_en = {-14336, -14336, -14336, -14336, -2381, -2381, -2381, -2381};
   const bool mr122 = r.mode == vspRate12200, mr475 = r.mode == vspRate4750;
   Vsp16s sharp = 0;
   for (int fr = 0; fr < frames; ++fr) {
@@ -148,8 +149,8 @@ Count run_file(const Dump& d, int frames, const Rate& r) {
       const auto dump_code = v16(at("code", sf));
       Vsp16s gains[4] = {}, gidx[2] = {};
       legacy90vspsGainQuant_GSMAMR_16s(xn.data(), xn2.data(), y1.data(), y2.data(), dump_code.data(), res.data(),
-                                       adapt.data(), coeff.data(), gain_pit, gp_limit, state.data(), gains, gidx, sf,
-                                       r.mode);
+                                       adapt.data(), coeff.data(), gain_pit, gp_limit, past_qua_en.data(), state.data(),
+                                       gains, gidx, sf, r.mode);
       Vec got = {gains[0], gains[1], gidx[0]};
       if (r.mode == vspRate7950) got.push_back(gidx[1]);
       ok = true;
