@@ -34,6 +34,7 @@ struct Core {
   Vsp16s olState[10];  // open-loop state of 10.2 kbit/s with the lag history
   Vsp16s tone[8];      // tone stabiliser
   Vsp16s prevLag, sharp;
+  Vsp16s pastQuaEn[8];     // code-gain predictor: past quantised energies (Q10), 4 + 4 of 12.2 kbit/s
   int sidCounter, prevFt;  // sid_sync
 };
 
@@ -82,6 +83,10 @@ VspStatus reset_all(const Layout& l) {
   Core& c = *l.c;
   std::memset(&c, 0, sizeof c);
   c.oldA[0] = 4096;
+  for (int i = 0; i < 4; ++i) {
+    c.pastQuaEn[i] = -14336;
+    c.pastQuaEn[4 + i] = -2381;
+  }
   copy(c.lspOld, kLspInit);
   copy(c.lspOldQ, kLspInit);
   const Vsp16s ol[10] = {40, 0, 0, 40, 40, 40, 40, 40, 0, 0};
@@ -174,7 +179,7 @@ VspStatus analyse_subframe(const Layout& l, int m, int sf, const Vsp16s* A, cons
                                                   s.y2, s.cb, rate);
   if (st == vspStsNoErr)
     st = legacy90vspsGainQuant_GSMAMR_16s(s.xn, s.xn2, s.y1, s.y2, s.code, s.res, exc, s.coeff, s.gp[0], s.gp[1],
-                                          l.gain, s.gains, s.gidx, sf, rate);
+                                          c.pastQuaEn, l.gain, s.gains, s.gidx, sf, rate);
   return st;
 }
 
@@ -302,10 +307,7 @@ VspStatus encode_frame(const Layout& l, int m, const Vsp16s* pcm, int* pTx, Vsp8
   if (st == vspStsNoErr) st = legacy90vspsDTXBuffer_GSMAMR_16s(lspNew, x, l.dtx);
   int lspFlag = 0;
   if (st == vspStsNoErr && dtxFrame) {
-    Vsp16s pastQuaEn[8];  // the code-gain predictor, set from the SID energy
-    st = legacy90vspsGainPredictorEnergy_GSMAMR_16s(pastQuaEn, l.gain, 0);
-    if (st == vspStsNoErr) st = legacy90vspsDTXEncode_GSMAMR_16s(computeSid, pastQuaEn, prm, l.dtx);
-    if (st == vspStsNoErr) st = legacy90vspsGainPredictorEnergy_GSMAMR_16s(pastQuaEn, l.gain, 1);
+    st = legacy90vspsDTXEncode_GSMAMR_16s(computeSid, c.pastQuaEn, prm, l.dtx);
     np = 5;
     fill(c.exc, Vsp16s(0));
     fill(c.memW0, Vsp16s(0));

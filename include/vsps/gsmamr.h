@@ -399,16 +399,6 @@ VSPS_FN(VspStatus, legacy90vspsPitchGain_GSMAMR_16s, (const Vsp16s* pSrcTarget, 
  * Checks: any pointer null: vspStsNullPtrErr; mode: vspStsRangeErr. */
 VSPS_FN(VspStatus, legacy90vspsSubframePostProc_GSMAMR_16s, (const Vsp16s* pSrcSpeech, const Vsp16s* pSrcQLpc, const Vsp16s* pSrcTarget, const Vsp16s* pSrcCode, const Vsp16s* pSrcFltAdapt, const Vsp16s* pSrcFltCode, const Vsp16s* pSrcGain, Vsp16s* pSrcDstExc, Vsp16s* pMemSyn, Vsp16s* pMemErr, Vsp16s* pMemW0, Vsp16s* pDstSynth, Vsp16s* pDstSharp, int mode), (pSrcSpeech, pSrcQLpc, pSrcTarget, pSrcCode, pSrcFltAdapt, pSrcFltCode, pSrcGain, pSrcDstExc, pMemSyn, pMemErr, pMemW0, pDstSynth, pDstSharp, mode))
 
-/* The code-gain predictor memories of a gain quantiser state block
- * (legacy90vspsGainQuantInit_GSMAMR): write 0 copies its 8 past quantised
- * energies (the four of the rates below 12.2 kbit/s, then the four of 12.2
- * kbit/s, Q10, newest first) into pSrcDstEnergy; write 1 sets them from
- * pSrcDstEnergy (the comfort-noise frames' update, see
- * legacy90vspsDTXEncode_GSMAMR_16s). Nothing else of the block changes.
- * Checks: any pointer null: vspStsNullPtrErr; write not 0 or 1:
- * vspStsRangeErr. */
-VSPS_FN(VspStatus, legacy90vspsGainPredictorEnergy_GSMAMR_16s, (Vsp16s* pSrcDstEnergy, Vsp8u* pState, int write), (pSrcDstEnergy, pState, write))
-
 /* ======================================================================
  * GSM-AMR encoder: VAD option 1, VAD option 2 and the DTX encoder
  * ====================================================================== */

@@ -122,17 +122,3 @@ VT_CONTRACT(legacy90vspsSubframePostProc_GSMAMR_16s) {
     return call.scalar("mode", 3);
   });
 }
-
-VT_CONTRACT(legacy90vspsGainPredictorEnergy_GSMAMR_16s) {
-  vt::Contract c;
-  c.valid = [=] {
-    int n = 0;
-    legacy90vspsGainQuantStateSize_GSMAMR(&n);
-    vt::Call call(name);
-    call.inout("pSrcDstEnergy", 8).bytes("pState", n, 1).scalar("write", 1);
-    legacy90vspsGainQuantInit_GSMAMR(call.buf<Vsp8u>("pState").data());
-    return call;
-  };
-  c.checks = {vt::bad("write", -1, vspStsRangeErr), vt::bad("write", 2, vspStsRangeErr)};
-  return c;
-}
