@@ -5,10 +5,9 @@
 // each preceded by a one-octet length with --format rtp.
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <vector>
 
+#include "tools/codec_io.h"
 #include "tools/commands.h"
 #include "tools/options.h"
 #include "tools/output_file.h"
@@ -21,34 +20,7 @@ namespace vsps::tool {
 namespace {
 
 constexpr int kFrame = 80;
-constexpr int kRate = 8000;
-
-bool ends_with_wav(const std::string& s) {
-  if (s.size() < 4) return false;
-  std::string t = s.substr(s.size() - 4);
-  for (char& c : t) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-  return t == ".wav";
-}
-
-bool read_bytes(const std::string& path, std::vector<uint8_t>* bytes, FILE* err) {
-  std::ifstream f(path, std::ios::binary);
-  if (!f) {
-    std::fprintf(err, "vsps: cannot open %s\n", path.c_str());
-    return false;
-  }
-  bytes->assign(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
-  return true;
-}
-
-bool write_bytes(const std::string& path, const std::vector<uint8_t>& bytes, FILE* err) {
-  std::ofstream f(path, std::ios::binary);
-  f.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  if (!f) {
-    std::fprintf(err, "vsps: cannot write %s\n", path.c_str());
-    return false;
-  }
-  return true;
-}
+constexpr int kG729Rate = 8000;
 
 std::vector<int16_t> words_of(const std::vector<uint8_t>& b) {
   std::vector<int16_t> w(b.size() / 2);
@@ -64,9 +36,9 @@ void append_words(std::vector<uint8_t>* b, const int16_t* w, int n) {
 }
 
 bool read_audio(const std::string& path, std::vector<int16_t>* pcm, FILE* err) {
-  if (ends_with_wav(path)) {
+  if (is_wav_name(path)) {
     WavAudio wav;
-    if (!load_wav(path, {kRate}, "G.729 needs 8 kHz", &wav, err)) return false;
+    if (!load_wav(path, {kG729Rate}, "G.729 needs 8 kHz", &wav, err)) return false;
     *pcm = std::move(wav.samples);
     return true;
   }
@@ -77,9 +49,9 @@ bool read_audio(const std::string& path, std::vector<int16_t>* pcm, FILE* err) {
 }
 
 bool write_audio(const std::string& path, const std::vector<int16_t>& pcm, FILE* err) {
-  if (ends_with_wav(path)) {
+  if (is_wav_name(path)) {
     std::string error;
-    if (!write_wav(path, kRate, pcm, &error)) {
+    if (!write_wav(path, kG729Rate, pcm, &error)) {
       std::fprintf(err, "vsps: %s\n", error.c_str());
       return false;
     }
@@ -151,7 +123,7 @@ int decode(const G729Options& o, FILE* err) {
   auto* dec = reinterpret_cast<VspsG729Decoder*>(mem.data());
   if (vspscodecG729DecoderInit(dec, o.options) != vspStsNoErr) return 1;
   std::vector<int16_t> pcm(frames.size() * kFrame);
-  Progress progress(err, "decoding", pcm.size(), kRate);
+  Progress progress(err, "decoding", pcm.size(), kG729Rate);
   for (std::size_t n = 0; n < frames.size(); ++n) {
     const VspStatus st = vspscodecG729DecoderDecode(dec, &frames[n], pcm.data() + n * kFrame);
     if (st < 0) {
@@ -176,7 +148,7 @@ int encode(const G729Options& o, FILE* err) {
   auto* enc = reinterpret_cast<VspsG729Encoder*>(mem.data());
   if (vspscodecG729EncoderInit(enc, o.options) != vspStsNoErr) return 1;
   std::vector<uint8_t> bytes;
-  Progress progress(err, "encoding", frames * kFrame, kRate);
+  Progress progress(err, "encoding", frames * kFrame, kG729Rate);
   for (std::size_t n = 0; n < frames; ++n) {
     VspsG729Frame f{};
     const VspStatus st = vspscodecG729EncoderEncode(enc, pcm.data() + n * kFrame, &f);
