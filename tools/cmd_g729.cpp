@@ -19,7 +19,7 @@ namespace vsps::tool {
 
 namespace {
 
-constexpr int kFrame = 80;
+constexpr int kG729Frame = 80;
 constexpr int kG729Rate = 8000;
 
 std::vector<int16_t> words_of(const std::vector<uint8_t>& b) {
@@ -122,15 +122,15 @@ int decode(const G729Options& o, FILE* err) {
   std::vector<uint8_t> mem(static_cast<std::size_t>(size));
   auto* dec = reinterpret_cast<VspsG729Decoder*>(mem.data());
   if (vspscodecG729DecoderInit(dec, o.options) != vspStsNoErr) return 1;
-  std::vector<int16_t> pcm(frames.size() * kFrame);
+  std::vector<int16_t> pcm(frames.size() * kG729Frame);
   Progress progress(err, "decoding", pcm.size(), kG729Rate);
   for (std::size_t n = 0; n < frames.size(); ++n) {
-    const VspStatus st = vspscodecG729DecoderDecode(dec, &frames[n], pcm.data() + n * kFrame);
+    const VspStatus st = vspscodecG729DecoderDecode(dec, &frames[n], pcm.data() + n * kG729Frame);
     if (st < 0) {
       std::fprintf(err, "vsps: frame %zu: decoder status %d\n", n, st);
       return 1;
     }
-    progress.update((n + 1) * kFrame);
+    progress.update((n + 1) * kG729Frame);
   }
   return write_audio(o.out, pcm, err) ? 0 : 1;
 }
@@ -138,20 +138,20 @@ int decode(const G729Options& o, FILE* err) {
 int encode(const G729Options& o, FILE* err) {
   std::vector<int16_t> pcm;
   if (!read_audio(o.in, &pcm, err)) return 1;
-  const std::size_t frames = pcm.size() / kFrame;
-  if (pcm.size() % kFrame != 0)
+  const std::size_t frames = pcm.size() / kG729Frame;
+  if (pcm.size() % kG729Frame != 0)
     std::fprintf(err, "vsps: %s: the last %zu samples do not fill a frame and are dropped\n", o.in.c_str(),
-                 pcm.size() % kFrame);
+                 pcm.size() % kG729Frame);
   int size = 0;
   vspscodecG729EncoderGetSize(&size);
   std::vector<uint8_t> mem(static_cast<std::size_t>(size));
   auto* enc = reinterpret_cast<VspsG729Encoder*>(mem.data());
   if (vspscodecG729EncoderInit(enc, o.options) != vspStsNoErr) return 1;
   std::vector<uint8_t> bytes;
-  Progress progress(err, "encoding", frames * kFrame, kG729Rate);
+  Progress progress(err, "encoding", frames * kG729Frame, kG729Rate);
   for (std::size_t n = 0; n < frames; ++n) {
     VspsG729Frame f{};
-    const VspStatus st = vspscodecG729EncoderEncode(enc, pcm.data() + n * kFrame, &f);
+    const VspStatus st = vspscodecG729EncoderEncode(enc, pcm.data() + n * kG729Frame, &f);
     if (st < 0) {
       std::fprintf(err, "vsps: frame %zu: encoder status %d\n", n, st);
       return 1;
@@ -168,7 +168,7 @@ int encode(const G729Options& o, FILE* err) {
       vspscodecG729SerialWrite(&f, words, &written);
       append_words(&bytes, words, written);
     }
-    progress.update((n + 1) * kFrame);
+    progress.update((n + 1) * kG729Frame);
   }
   return write_bytes(o.out, bytes, err) ? 0 : 1;
 }
