@@ -26,6 +26,14 @@ const std::vector<Vsp16s>& speech8k() {
   return s;
 }
 
+const std::vector<Vsp16s>& speech16k() {
+  static const std::vector<Vsp16s> s = [] {
+    const std::vector<int16_t> v = vsps::signals::speech_like(10.0, 16000, 3);
+    return std::vector<Vsp16s>(v.begin(), v.end());
+  }();
+  return s;
+}
+
 const std::vector<G729Frame>& g729_frames() {
   static const std::vector<G729Frame> frames = [] {
     std::vector<G729Frame> out;

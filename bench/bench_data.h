@@ -16,6 +16,8 @@ inline constexpr int kFrames = 64;  // frames cycled through
 
 // Ten seconds of the speech-like signal, 8 kHz.
 const std::vector<Vsp16s>& speech8k();
+// The same signal at 16 kHz (the G.722 input).
+const std::vector<Vsp16s>& speech16k();
 
 struct G729Frame {
   Vsp16s buffer[240];    // high-passed analysis buffer (120 past, 80 new, 40 look-ahead)

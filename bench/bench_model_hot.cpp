@@ -4,6 +4,7 @@
 // benchmark frame, that the model computes what the library computes.
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <cstring>
 
 #include "bench/bench_data.h"
@@ -144,6 +145,174 @@ void BM_Model_G729_LSPQuant(benchmark::State& state) {
       });
 }
 BENCHMARK(BM_Model_G729_LSPQuant);
+
+void BM_Model_G729_LSPToLPC(benchmark::State& state) {
+  int16_t a[11];
+  run(
+      state,
+      [&](int i) {
+        Vsp16s la[11];
+        legacy90vspsLSPToLPC_G729_16s(g729(i).lsp, la);
+        model::g729::lsp_az(g729(i).lsp, a);
+        return std::memcmp(la, a, sizeof a) == 0;
+      },
+      [&](int i) {
+        model::g729::lsp_az(g729(i).lsp, a);
+        benchmark::DoNotOptimize(a);
+      });
+}
+BENCHMARK(BM_Model_G729_LSPToLPC);
+
+void BM_Model_G729_LSFToLSP(benchmark::State& state) {
+  int16_t lsp[10];
+  run(
+      state,
+      [&](int i) {
+        Vsp16s l[10];
+        legacy90vspsLSFToLSP_G729_16s(g729(i).lsf, l);
+        model::g729::lsf_lsp2(g729(i).lsf, lsp);
+        return std::memcmp(l, lsp, sizeof l) == 0;
+      },
+      [&](int i) {
+        model::g729::lsf_lsp2(g729(i).lsf, lsp);
+        benchmark::DoNotOptimize(lsp);
+      });
+}
+BENCHMARK(BM_Model_G729_LSFToLSP);
+
+void BM_Model_G729_LSPToLSF(benchmark::State& state) {
+  int16_t lsf[10];
+  run(
+      state,
+      [&](int i) {
+        Vsp16s l[10];
+        legacy90vspsLSPToLSF_G729_16s(g729(i).lsp, l);
+        model::g729::lsp_lsf2(g729(i).lsp, lsf);
+        return std::memcmp(l, lsf, sizeof l) == 0;
+      },
+      [&](int i) {
+        model::g729::lsp_lsf2(g729(i).lsp, lsf);
+        benchmark::DoNotOptimize(lsf);
+      });
+}
+BENCHMARK(BM_Model_G729_LSPToLSF);
+
+void BM_Model_G729_LSFDecode(benchmark::State& state) {
+  model::g729::QuantState s;
+  int16_t lsf[10];
+  auto codes = [](int i) {
+    const Vsp16s* c = g729(i).codes;
+    return std::array<int, 4>{c[0], c[1], c[2], c[3]};
+  };
+  run(
+      state,
+      [&](int i) {
+        Vsp16s mem[40], l[10];
+        std::memcpy(mem, g729(i).prevFreq, sizeof mem);
+        std::memcpy(s.freq_prev, g729(i).prevFreq, sizeof mem);
+        legacy90vspsLSFDecode_G729_16s(g729(i).codes, mem, l);
+        model::g729::lsf_decode(s, codes(i).data(), lsf);
+        return std::memcmp(l, lsf, sizeof l) == 0 && std::memcmp(mem, s.freq_prev, sizeof mem) == 0;
+      },
+      [&](int i) {
+        std::memcpy(s.freq_prev, g729(i).prevFreq, sizeof s.freq_prev);  // as the library's benchmark
+        model::g729::lsf_decode(s, codes(i).data(), lsf);
+        benchmark::DoNotOptimize(lsf);
+      });
+}
+BENCHMARK(BM_Model_G729_LSFDecode);
+
+void BM_Model_G729_LSPToLPC_32f(benchmark::State& state) {
+  float a[11];
+  run(
+      state,
+      [&](int i) {
+        Vsp32f la[11];
+        legacy90vspsLSPToLPC_G729_32f(g729(i).lspF, la);
+        model::g729::lsp_az_f(g729(i).lspF, a);
+        return std::memcmp(la, a, sizeof a) == 0;
+      },
+      [&](int i) {
+        model::g729::lsp_az_f(g729(i).lspF, a);
+        benchmark::DoNotOptimize(a);
+      });
+}
+BENCHMARK(BM_Model_G729_LSPToLPC_32f);
+
+void BM_Model_G729_LevinsonDurbin_32f(benchmark::State& state) {
+  float a[11], rc[10];
+  run(
+      state,
+      [&](int i) {
+        Vsp32f la[11], lrc[10], err = 0;
+        legacy90vspsLevinsonDurbin_G729_32f(g729(i).rF, 10, la, lrc, &err);
+        const float e = model::g729::levinson_f(g729(i).rF, a, rc);
+        return std::memcmp(la, a, sizeof a) == 0 && std::memcmp(lrc, rc, sizeof rc) == 0 &&
+               std::memcmp(&err, &e, sizeof e) == 0;
+      },
+      [&](int i) {
+        benchmark::DoNotOptimize(model::g729::levinson_f(g729(i).rF, a, rc));
+        benchmark::DoNotOptimize(a);
+      });
+}
+BENCHMARK(BM_Model_G729_LevinsonDurbin_32f);
+
+void BM_Model_G729_LPCToLSP_A(benchmark::State& state) {
+  int16_t lsp[10];
+  run(
+      state,
+      [&](int i) {
+        Vsp16s l[10];
+        legacy90vspsLPCToLSP_G729A_16s(g729(i).lpc, g729(i).lsp, l);
+        model::g729::az_lsp_grid(g729(i).lpc, lsp, g729(i).lsp, true);
+        return std::memcmp(l, lsp, sizeof l) == 0;
+      },
+      [&](int i) {
+        model::g729::az_lsp_grid(g729(i).lpc, lsp, g729(i).lsp, true);
+        benchmark::DoNotOptimize(lsp);
+      });
+}
+BENCHMARK(BM_Model_G729_LPCToLSP_A);
+
+void BM_Model_G729_LSPToLSF_Norm(benchmark::State& state) {
+  int16_t lsf[10];
+  run(
+      state,
+      [&](int i) {
+        Vsp16s l[10];
+        legacy90vspsLSPToLSF_Norm_G729_16s(g729(i).lsp, l);
+        model::g729::lsp_lsf(g729(i).lsp, lsf);
+        return std::memcmp(l, lsf, sizeof l) == 0;
+      },
+      [&](int i) {
+        model::g729::lsp_lsf(g729(i).lsp, lsf);
+        benchmark::DoNotOptimize(lsf);
+      });
+}
+BENCHMARK(BM_Model_G729_LSPToLSF_Norm);
+
+void BM_Model_G729_LSFDecodeErased(benchmark::State& state) {
+  model::g729::QuantState s;
+  int16_t lsf[10];
+  run(
+      state,
+      [&](int i) {
+        Vsp16s mem[40], l[10];
+        std::memcpy(mem, g729(i).prevFreq, sizeof mem);
+        std::memcpy(l, g729(i).lsf, sizeof l);
+        std::memcpy(s.freq_prev, g729(i).prevFreq, sizeof mem);
+        legacy90vspsLSFDecodeErased_G729_16s(g729(i).codes[0], mem, l);
+        model::g729::lsf_decode_erased(s, g729(i).codes[0], g729(i).lsf);
+        return std::memcmp(mem, s.freq_prev, sizeof mem) == 0 && std::memcmp(l, g729(i).lsf, sizeof l) == 0;
+      },
+      [&](int i) {
+        std::memcpy(s.freq_prev, g729(i).prevFreq, sizeof s.freq_prev);  // as the library's benchmark
+        std::memcpy(lsf, g729(i).lsf, sizeof lsf);
+        model::g729::lsf_decode_erased(s, g729(i).codes[0], lsf);
+        benchmark::DoNotOptimize(s.freq_prev);
+      });
+}
+BENCHMARK(BM_Model_G729_LSFDecodeErased);
 
 void BM_Model_AMR_AutoCorr(benchmark::State& state) {
   const bool mr122 = state.range(0) == vspRate12200;

@@ -10,7 +10,10 @@ The levels run one process each, in turn, and the round is repeated
 2. the plain scalar model (benchmarks named BM_Model_X are the model of BM_X):
    the model's time and its ratio to ours at each level (model time / our time
    in the same run);
-3. the frame benchmarks (counter frame_ms): channels per core in real time
+3. the peers measured on the same work (benchmarks named BM_Peer_<Peer>_X
+   run the peer's code on the input of BM_X): the peer's time and its ratio
+   to ours at each level (peer time / our time in the same run);
+4. the frame benchmarks (counter frame_ms): channels per core in real time
    (frame duration / time per frame) at each level.
 
 usage: bench/run-levels.py [--bench build/bench/vsps_bench] [--repetitions 5]
@@ -28,6 +31,9 @@ import sys
 LEVEL_MASKS = [("mx", "0"), ("m7", "0xF"), ("u8", "0x1F"), ("n8", "0x3F"), ("y8", "0x80CDF"),
                ("e9", "0x86FDF"), ("l9", None)]
 MODEL_PREFIX = "BM_Model_"
+PEER_PREFIX = "BM_Peer_"
+# Peers whose rows stand beside ours under the same name (BM_Peer_SpanDsp_X is X).
+PEERS = ("SpanDsp",)
 # Level-independent results reported by some benchmarks (identical bits at
 # every level): echo-return-loss enhancement on the echo scenario, and
 # whether a tone detector reported the answer tone.
@@ -130,6 +136,18 @@ def main():
     if rows:
         out += ["\n### Against the plain scalar model (model time / our time, same run)\n",
                 table(["benchmark", "model ns"] + codes, rows)]
+
+    rows = []
+    for n in names:
+        for peer in PEERS:
+            m = "%s%s_%s" % (PEER_PREFIX, peer, n[len("BM_"):])
+            if m not in base:
+                continue
+            ratios = ["%.2fx" % (t[m] / t[n]) if t.get(n) and t.get(m) else "-" for _, t in results]
+            rows.append([n, peer, "%.1f" % base[m]] + ratios)
+    if rows:
+        out += ["\n### Against the peers (peer time / our time, same run; peer ns at level 0)\n",
+                table(["benchmark", "peer", "peer ns"] + codes, rows)]
 
     rows = []
     for n in names:

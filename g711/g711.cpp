@@ -12,34 +12,9 @@ namespace vsps::VSPS_NS {
 
 namespace {
 
-// Linear (Q0) -> A-law. A 13-bit law: the magnitude is taken from the top 12
-// bits, the negative side as the one's complement (-x - 1) so that the
-// decision thresholds mirror around -1/2 LSB.
-inline Vsp8u alaw_compress(int32_t x) {
-  int32_t m = (x >= 0 ? x : -x - 1) >> 4;  // 0..2047
-  int32_t v = m;
-  if (m > 15) {
-    int32_t e = 1;
-    while (m > 31) {
-      m >>= 1;
-      ++e;
-    }
-    v = (e << 4) + (m - 16);  // segment 1..7, leading one dropped
-  }
-  if (x >= 0) v |= 0x80;
-  return static_cast<Vsp8u>(v ^ 0x55);
-}
-
-// Linear (Q0) -> mu-law. A 14-bit law: the magnitude in 14-bit units plus
-// the bias 33, clipped to 8191; all bits inverted on the line.
-inline Vsp8u ulaw_compress(int32_t x) {
-  int32_t a = ((x >= 0 ? x : -x - 1) >> 2) + 33;
-  if (a > 8191) a = 8191;
-  int32_t seg = 1;
-  for (int32_t t = a >> 6; t != 0; t >>= 1) ++seg;  // 1..8
-  const int32_t code = ((8 - seg) << 4) | (15 - ((a >> seg) & 15));
-  return static_cast<Vsp8u>(x >= 0 ? code | 0x80 : code);
-}
+// Linear (Q0) -> code word: one lookup in the compression tables.
+inline Vsp8u alaw_compress(int32_t x) { return tables::g711::kCompress.alaw[(x >> 4) + 2048]; }
+inline Vsp8u ulaw_compress(int32_t x) { return tables::g711::kCompress.ulaw[(x >> 2) + 8192]; }
 
 template <class Out, class In, class F>
 VspStatus convert(const In* pSrc, Out* pDst, int len, F f) {

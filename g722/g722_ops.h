@@ -29,6 +29,36 @@ inline int16_t sgn(int16_t x) { return static_cast<int16_t>(x >> 15); }  // -1 n
 // |x| in one's complement as the quantisers see it: -1 -> 0, -32768 -> 32767.
 inline int16_t ones_magnitude(int16_t e) { return e >= 0 ? e : bop::sub(32767, static_cast<int16_t>(e & 32767)); }
 
+#if defined(VSPS_SIMD128)
+// The sixth-order zero predictor in one register (lanes 0..5 = taps 1..6):
+// b[i] += sign-sign step g (+g where dq and the old d[i] have the same sign,
+// -g where not) after the leakage mult(b[i], 32640); d[1..6] = dq, d[1..5];
+// returns sz, the saturating sum of mult(2 d[i], b[i]) from i = 6 down to 1
+// in that order (a serial chain of paddsw, as the reference adds). Exact:
+// mult_q15 is mult for every pair, paddsw is add.
+inline int16_t zero_predictor(int16_t* b, int16_t* d, int16_t dq, int16_t g) {
+  int16_t lanes[8] = {};
+  const __m128i bOld = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + 1));
+  const __m128i dOld = _mm_loadu_si128(reinterpret_cast<const __m128i*>(d + 1));
+  const __m128i differ = _mm_srai_epi16(_mm_xor_si128(dOld, _mm_set1_epi16(dq)), 15);  // -1 where signs differ
+  const __m128i step = _mm_sub_epi16(_mm_xor_si128(_mm_set1_epi16(g), differ), differ);
+  const __m128i bNew = _mm_adds_epi16(step, simd::mult_q15(bOld, _mm_set1_epi16(32640)));
+  const __m128i dNew = _mm_insert_epi16(_mm_slli_si128(dOld, 2), dq, 0);
+  const __m128i terms = simd::mult_q15(_mm_adds_epi16(dNew, dNew), bNew);
+  __m128i sz = _mm_srli_si128(terms, 10);
+  sz = _mm_adds_epi16(sz, _mm_srli_si128(terms, 8));
+  sz = _mm_adds_epi16(sz, _mm_srli_si128(terms, 6));
+  sz = _mm_adds_epi16(sz, _mm_srli_si128(terms, 4));
+  sz = _mm_adds_epi16(sz, _mm_srli_si128(terms, 2));
+  sz = _mm_adds_epi16(sz, terms);
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(lanes), bNew);
+  for (int i = 0; i < 6; ++i) b[i + 1] = lanes[i];
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(lanes), dNew);
+  for (int i = 0; i < 6; ++i) d[i + 1] = lanes[i];
+  return static_cast<int16_t>(_mm_cvtsi128_si32(sz));
+}
+#endif
+
 // Predictor update with the quantised difference dq (both bands), and the
 // estimate of the next sample.
 inline void adapt(int16_t* st, int16_t dq) {
@@ -39,12 +69,17 @@ inline void adapt(int16_t* st, int16_t dq) {
   d[0] = dq;
   p[0] = bop::add(dq, st[kSz]);
   r[0] = bop::add(st[kS], dq);
-  // Zero predictor (sign-sign update with leakage 1 - 2^-8).
+  // Zero predictor (sign-sign update with leakage 1 - 2^-8) and its estimate
+  // from the shifted delay line.
   const int16_t g = dq == 0 ? 0 : 128;
+#if defined(VSPS_SIMD128)
+  const int16_t sz = zero_predictor(b, d, dq, g);
+#else
   for (int i = 6; i >= 1; --i) {
     b[i] = bop::add(sgn(dq) == sgn(d[i]) ? g : static_cast<int16_t>(-g), bop::mult(b[i], 32640));
     d[i] = d[i - 1];
   }
+#endif
   // Second pole coefficient, then the first limited by the new second.
   int16_t u = bop::shl(st[kA1], 2);
   if (sgn(p[0]) == sgn(p[1])) u = bop::sub(0, u);
@@ -62,8 +97,10 @@ inline void adapt(int16_t* st, int16_t dq) {
   p[2] = p[1];
   p[1] = p[0];
   // Estimate of the next sample from the shifted delay lines.
+#if !defined(VSPS_SIMD128)
   int16_t sz = 0;
   for (int i = 6; i >= 1; --i) sz = bop::add(sz, bop::mult(bop::add(d[i], d[i]), b[i]));
+#endif
   r[2] = r[1];
   r[1] = r[0];
   const int16_t sp = bop::add(bop::mult(a1, bop::add(r[1], r[1])), bop::mult(a2, bop::add(r[2], r[2])));
@@ -86,11 +123,38 @@ inline void lower_update(int16_t* st, int il) {
   adapt(st, dq);
 }
 
+// The lower-band decision interval of magnitude wd: the reference's search
+// stops at the first m < 30 whose threshold mult(Q6[m] << 3, det) exceeds
+// wd. The thresholds never fall with m (Q6 rises, det > 0, and Q6[29] << 3 =
+// 23352 does not saturate), so the interval is the count of thresholds at
+// most wd.
+#if defined(VSPS_SIMD128)
+// Four rows of eight thresholds (m = 0..7, 8..15, 16..23, 22..29), compared
+// at once; the interval is the run of trailing ones of the row masks (with
+// m = 22, 23 twice past bit 23).
+inline int lower_interval(int16_t det, int16_t wd) {
+  const __m128i d = _mm_set1_epi16(det), w = _mm_set1_epi16(wd), ones = _mm_set1_epi16(-1);
+  const auto atMost = [&](int from) {
+    const __m128i q = _mm_slli_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(t::kQ6 + from)), 3);
+    return _mm_xor_si128(_mm_cmpgt_epi16(simd::mult_q15(q, d), w), ones);
+  };
+  const auto lo = static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(atMost(0), atMost(8))));
+  const auto hi = static_cast<uint32_t>(_mm_movemask_epi8(_mm_packs_epi16(atMost(16), atMost(22))));
+  const int run = __builtin_ctzll(~((uint64_t{hi} << 16) | lo));
+  return run < 24 ? run : run - 2;
+}
+#else
+inline int lower_interval(int16_t det, int16_t wd) {
+  int m = 0;
+  while (m < 30 && bop::mult(bop::shl(t::kQ6[m], 3), det) <= wd) ++m;
+  return m;
+}
+#endif
+
 inline int lower_encode(int16_t* st, int16_t xl) {
   const int16_t el = bop::sub(xl, st[kS]);
   const int16_t wd = ones_magnitude(el);
-  int m = 0;
-  while (m < 30 && bop::mult(bop::shl(t::kQ6[m], 3), st[kDet]) <= wd) ++m;
+  const int m = lower_interval(st[kDet], wd);
   const int il = el >= 0 ? t::kMisilPos[m] : t::kMisilNeg[m];
   lower_update(st, il);
   return il;
@@ -170,7 +234,8 @@ class QmfLine {
       sa = bop::L_add(sa, int32_t(t::kQmfCoef[2 * i]) * d_[2 * i]);
       sb = bop::L_add(sb, int32_t(t::kQmfCoef[2 * i + 1]) * d_[2 * i + 1]);
     }
-    for (int i = t::kDelay - 1; i >= 2; --i) d_[i] = d_[i - 2];
+#pragma GCC unroll 22
+    for (int i = t::kDelay - 1; i >= 2; --i) d_[i] = d_[i - 2];  // unrolled: no memmove call for 44 bytes
     *a = sa;
     *b = sb;
   }

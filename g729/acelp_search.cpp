@@ -3,6 +3,7 @@
 // Annex A depth-first tree search (clause A.3.8.1, D4i40_17_fast), with the
 // pitch sharpening of the impulse response and of the chosen code vector.
 #include "g729/codec_ops.h"
+#include "speech/corr/mac_sums.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -12,6 +13,8 @@ using namespace g729c;
 namespace {
 
 using Matrix = int16_t[kSubfr][kSubfr];
+
+int track_of(int p) { return p % 5; }
 
 void sharpen(int16_t* x, int T0, int16_t prevGainPitch) {
   int16_t sharp = prevGainPitch;
@@ -23,9 +26,11 @@ void sharpen(int16_t* x, int T0, int16_t prevGainPitch) {
 
 // Cor_h: correlations of the (scaled) impulse response; rr[p][q] =
 // extract_h(sum_{n=0..39-max(p,q)} h[n] h[n+|p-q|]), symmetric.
+// When the scaled response's energy is below 2^30, no running sum (at most
+// that energy, Cauchy-Schwarz) saturates and plain 32-bit sums give the
+// same values.
 void cor_h(const int16_t* H, Matrix rr) {
-  int32_t E = 0;
-  for (int i = 0; i < kSubfr; ++i) E = L_mac(E, H[i], H[i]);
+  const int32_t E = speech::mac_energy(0, H, kSubfr);
   int16_t h[kSubfr];
   if (sub(extract_h(E), 32000) > 0) {
     for (int i = 0; i < kSubfr; ++i) h[i] = shr(H[i], 1);
@@ -33,12 +38,33 @@ void cor_h(const int16_t* H, Matrix rr) {
     const int16_t k = shr(norm_l(E), 1);
     for (int i = 0; i < kSubfr; ++i) h[i] = shl(H[i], k);
   }
+  const bool exact = speech::energy(h, kSubfr) < (int64_t{1} << 30);
   for (int d = 0; d < kSubfr; ++d) {
     int32_t S = 0;
     for (int n = 0; n < kSubfr - d; ++n) {
-      S = L_mac(S, h[n], h[n + d]);
+      S = exact ? S + 2 * h[n] * h[n + d] : L_mac(S, h[n], h[n + d]);
       const int m = kSubfr - 1 - n, p = m - d;
       rr[p][m] = rr[m][p] = extract_h(S);
+    }
+  }
+}
+
+// rr[p][q] = mult(rr[p][q], sign[p][q]) off the tracks' diagonal blocks,
+// sign[p][q] a product of signs (never -32768 for the main body; Annex A
+// passes +-32767 and -32768): as (rr c) >> 15 in 32 bits, saturated to 16
+// bits, the loop the compiler vectorises.
+template <class Sign>
+void apply_signs(Matrix rr, Sign sign) {
+  for (int p = 0; p < kSubfr; ++p) {
+    int16_t c[kSubfr];
+    bool same[kSubfr];
+    for (int q = 0; q < kSubfr; ++q) {
+      same[q] = track_of(p) == track_of(q);
+      c[q] = same[q] ? int16_t(32767) : sign(p, q);
+    }
+    for (int q = 0; q < kSubfr; ++q) {
+      const int32_t v = (int32_t{rr[p][q]} * c[q]) >> 15;
+      rr[p][q] = same[q] ? rr[p][q] : static_cast<int16_t>(v > 32767 ? 32767 : v);
     }
   }
 }
@@ -54,8 +80,6 @@ void signs_of(int16_t* dn, int16_t* s) {
     }
   }
 }
-
-int track_of(int p) { return p % 5; }
 
 // Code vector, filtered vector and indices of the four pulses.
 void output(const int* ip, const int16_t* s, const int16_t* h, int16_t* code, int16_t* y, Vsp16s* index) {
@@ -82,8 +106,8 @@ bool args_ok(Vsp16s T0) { return T0 >= kLagMin && T0 <= kLagMax; }
 
 // Common start of both searches: sharpened h, its correlations, the
 // backward-filtered target made non-negative with its signs.
-void prepare(const Vsp16s* target, const Vsp16s* imp, int T0, int16_t prevGainPitch, int16_t* h, Matrix rr,
-             int16_t* dn, int16_t* s) {
+void prepare(const Vsp16s* target, const Vsp16s* imp, int T0, int16_t prevGainPitch, int16_t* h, Matrix rr, int16_t* dn,
+             int16_t* s) {
   for (int i = 0; i < kSubfr; ++i) h[i] = imp[i];
   if (T0 < kSubfr) sharpen(h, T0, prevGainPitch);
   cor_h(h, rr);
@@ -92,8 +116,8 @@ void prepare(const Vsp16s* target, const Vsp16s* imp, int T0, int16_t prevGainPi
 }
 
 // Common end: the vectors and indices of the pulses, the code sharpened.
-void finish(const int* ip, const int16_t* s, const int16_t* h, int T0, int16_t prevGainPitch, Vsp16s* code,
-            Vsp16s* y, Vsp16s* index) {
+void finish(const int* ip, const int16_t* s, const int16_t* h, int T0, int16_t prevGainPitch, Vsp16s* code, Vsp16s* y,
+            Vsp16s* index) {
   int16_t c[kSubfr], f[kSubfr];
   output(ip, s, h, c, f, index);
   if (T0 < kSubfr) sharpen(c, T0, prevGainPitch);
@@ -128,9 +152,7 @@ VspStatus legacy90vspsFixedCodebookSearch_G729_16s(const Vsp16s* pTarget2, const
   }
   const int16_t average = extract_l(L_shr(L, 4));
   const int16_t thres = add(mult(sub(max0, average), 13107), average);
-  for (int p = 0; p < kSubfr; ++p)
-    for (int q = 0; q < kSubfr; ++q)
-      if (track_of(p) != track_of(q)) rr[p][q] = mult(rr[p][q], mult(s[p], s[q]));
+  apply_signs(rr, [&](int p, int q) { return mult(s[p], s[q]); });
   int16_t psc = 0, alpha = 32767;
   int ip[4] = {0, 1, 2, 3};
   int16_t time = add(75, extra);
@@ -178,9 +200,7 @@ VspStatus legacy90vspsFixedCodebookSearch_G729A_16s(const Vsp16s* pTarget2, cons
   int16_t h[kSubfr], dn[kSubfr], s[kSubfr];
   Matrix rr;
   prepare(pTarget2, pImp, T0, prevGainPitch, h, rr, dn, s);
-  for (int p = 0; p < kSubfr; ++p)
-    for (int q = 0; q < kSubfr; ++q)
-      if (track_of(p) != track_of(q)) rr[p][q] = mult(rr[p][q], s[p] == s[q] ? int16_t(32767) : int16_t(-32768));
+  apply_signs(rr, [&](int p, int q) { return s[p] == s[q] ? int16_t(32767) : int16_t(-32768); });
   // best position of a track by dn, skipping one position
   auto best_of = [&](int first, int skip) {
     int16_t mx = -1;

@@ -9,6 +9,7 @@
 #include "core/basic_ops.h"
 #include "core/dpf.h"
 #include "g729/codec_tables.h"
+#include "speech/corr/mac_sums.h"
 #include "speech/filter/lp_filters.h"
 
 namespace vsps::VSPS_NS::g729c {
@@ -16,17 +17,17 @@ namespace vsps::VSPS_NS::g729c {
 namespace tb = vsps::tables::g729c;
 using namespace bop;
 
-inline constexpr int kSubfr = 40;       // L_SUBFR
-inline constexpr int kFrame = 80;       // L_FRAME
-inline constexpr int kM = 10;           // LP order
-inline constexpr int kPitMin = 20;      // PIT_MIN
-inline constexpr int kPitMax = 143;     // PIT_MAX
+inline constexpr int kSubfr = 40;    // L_SUBFR
+inline constexpr int kFrame = 80;    // L_FRAME
+inline constexpr int kM = 10;        // LP order
+inline constexpr int kPitMin = 20;   // PIT_MIN
+inline constexpr int kPitMax = 143;  // PIT_MAX
 // Range of decoded integer lags: index 0 of subframe 0 decodes to 19 + 1/3,
 // index 31 of subframe 1 next to the top to 144 - 1/3.
 inline constexpr int kLagMin = 19;
 inline constexpr int kLagMax = 144;
-inline constexpr int kInterpol = 10;    // L_INTERPOL - 1: taps each side of Pred_lt_3
-inline constexpr int kExcHistory = 154; // PIT_MAX + L_INTERPOL: past excitation the adaptive vector reads
+inline constexpr int kInterpol = 10;     // L_INTERPOL - 1: taps each side of Pred_lt_3
+inline constexpr int kExcHistory = 154;  // PIT_MAX + L_INTERPOL: past excitation the adaptive vector reads
 
 // A 32-bit shift count brought into -32..32: the same result for L_shl and
 // L_shr (everything beyond saturates or empties), and never the count
@@ -101,9 +102,13 @@ inline void weight_az(const int16_t* a, int16_t g, int16_t* ap) {
 inline void cor_h_x(const int16_t* h, const int16_t* x, int16_t* dn) {
   int32_t y32[kSubfr];
   int32_t mx = 0;
+  const bool exact = speech::cross_fits(speech::energy(h, kSubfr), speech::energy(x, kSubfr));
   for (int i = 0; i < kSubfr; ++i) {
     int32_t s = 0;
-    for (int j = i; j < kSubfr; ++j) s = L_mac(s, x[j], h[j - i]);
+    if (exact)
+      s = speech::mac_cross(x + i, h, kSubfr - i);
+    else
+      for (int j = i; j < kSubfr; ++j) s = L_mac(s, x[j], h[j - i]);
     y32[i] = s;
     if (L_sub(L_abs(s), mx) > 0) mx = L_abs(s);
   }
@@ -138,12 +143,37 @@ inline void residu(const int16_t* a, const int16_t* x, int16_t* y, int len) { sp
 
 // Pred_lt_3: adaptive-codebook vector of 1/3 resolution written over
 // exc[0..len-1]; exc[-T0-10..] is read (for T0 < len its own output).
+//
+// When max|x| sum|c| < 2^30 over the samples read (the outputs among them
+// counted as 32768), no L_mac of the chain saturates and the taps are summed
+// as plain products.
 inline void pred_lt_3(int16_t* exc, int T0, int frac, int len) {
   const int16_t* x0 = exc - T0;
   frac = -frac;
   if (frac < 0) {
     frac += 3;
     --x0;
+  }
+  int16_t c1[kInterpol], c2[kInterpol];
+  int64_t sumC = 0;
+  for (int i = 0, k = 0; i < kInterpol; ++i, k += 3) {
+    c1[i] = tb::kInter3l[frac + k];
+    c2[i] = tb::kInter3l[3 - frac + k];
+    sumC += (c1[i] < 0 ? -c1[i] : c1[i]) + (c2[i] < 0 ? -c2[i] : c2[i]);
+  }
+  const int16_t* first = x0 - (kInterpol - 1);  // x1[-9] of output 0
+  const int16_t* last = x0 + len + kInterpol;   // one past x2[9] of the last output
+  const bool readsOutputs = last > exc;
+  const int32_t maxX = readsOutputs ? 32768 : speech::max_abs(first, static_cast<int>(last - first));
+  if (maxX * sumC < (int64_t{1} << 30)) {
+    for (int j = 0; j < len; ++j) {
+      const int16_t* x1 = x0 + j;
+      const int16_t* x2 = x1 + 1;
+      int32_t s = 0;
+      for (int i = 0; i < kInterpol; ++i) s += int32_t{x1[-i]} * c1[i] + int32_t{x2[i]} * c2[i];
+      exc[j] = round(2 * s);
+    }
+    return;
   }
   for (int j = 0; j < len; ++j) {
     const int16_t* x1 = x0 + j;

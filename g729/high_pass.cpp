@@ -57,15 +57,45 @@ VspStatus legacy90vspsHighPassFilter_G729_16s_ISfs(Vsp16s* pSrcDst, int len, int
   const int16_t b0 = load<int16_t>(pState, kOffCoeff + 6);
   const int16_t b1 = load<int16_t>(pState, kOffCoeff + 8);
   const int16_t b2 = load<int16_t>(pState, kOffCoeff + 10);
+  // With no coefficient at -32768, Mpy_32_16 and the L_mult of the inputs
+  // never saturate (|2 hi a + 2 mult(lo, a)| <= 2^31 - 2), so each term is a
+  // plain product. The partial sums of the reference order are then formed
+  // in 64 bits: M1 + R_k, R_k the running sums of the terms that do not
+  // depend on the last output, off the recursion's critical path. When one
+  // of them leaves the 32-bit range (the reference saturates there) the
+  // sample is recomputed with the saturating operators.
+  const bool plain =
+      a1 != bop::kMin16 && a2 != bop::kMin16 && b0 != bop::kMin16 && b1 != bop::kMin16 && b2 != bop::kMin16;
   for (int n = 0; n < len; ++n) {
     const int16_t x = pSrcDst[n];
     // y[n] = a1 y[n-1] + a2 y[n-2] + b0 x[n] + b1 x[n-1] + b2 x[n-2], each
     // partial sum saturated, y taken in its DPF split.
-    int32_t acc = dpf::Mpy_32_16(dpf::L_Extract(y1), a1);
-    acc = bop::L_add(acc, dpf::Mpy_32_16(dpf::L_Extract(y2), a2));
-    acc = bop::L_mac(acc, x, b0);
-    acc = bop::L_mac(acc, x1, b1);
-    acc = bop::L_mac(acc, x2, b2);
+    int32_t acc;
+    bool done = false;
+    if (plain) {
+      // Mpy_32_16(L_Extract(y), a) = 2 (hi a + floor(lo a / 2^15)) with
+      // y >> 1 = hi 2^15 + lo: the same as 2 floor((y >> 1) a / 2^15), one
+      // product on the recursion's path instead of two.
+      auto term = [](int32_t y, int16_t a) { return 2 * ((int64_t{y >> 1} * a) >> 15); };
+      const int64_t r2 = term(y2, a2);
+      const int64_t r3 = r2 + 2 * int64_t{x} * b0;
+      const int64_t r4 = r3 + 2 * int64_t{x1} * b1;
+      const int64_t r5 = r4 + 2 * int64_t{x2} * b2;
+      const int64_t m1 = term(y1, a1);
+      // m1 + r_k within 32 bits for k = 2..5: one range for m1.
+      auto lo = [](int64_t u, int64_t v) { return u < v ? u : v; };
+      auto hi = [](int64_t u, int64_t v) { return u > v ? u : v; };
+      const int64_t rMin = lo(lo(r2, r3), lo(r4, r5)), rMax = hi(hi(r2, r3), hi(r4, r5));
+      done = m1 >= bop::kMin32 - rMin && m1 <= bop::kMax32 - rMax;
+      acc = static_cast<int32_t>(m1 + r5);
+    }
+    if (!done) {
+      acc = dpf::Mpy_32_16(dpf::L_Extract(y1), a1);
+      acc = bop::L_add(acc, dpf::Mpy_32_16(dpf::L_Extract(y2), a2));
+      acc = bop::L_mac(acc, x, b0);
+      acc = bop::L_mac(acc, x1, b1);
+      acc = bop::L_mac(acc, x2, b2);
+    }
     int16_t out;
     if (scaleFactor == 12) {  // Q12 coefficients
       acc = bop::L_shl(acc, 3);

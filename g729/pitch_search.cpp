@@ -3,6 +3,7 @@
 // Pitch_fr3_fast, which also leaves the adaptive vector), lag encoding
 // (Enc_lag3) and the pitch gain (clause 3.7.3, G_pitch).
 #include "g729/codec_ops.h"
+#include "speech/corr/mac_sums.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -29,39 +30,65 @@ void scale_for_pitch(const int16_t* wsp, int16_t* sig, int step) {
   }
 }
 
+// True when every correlation chain inside sig[-143..79] is an exact sum
+// (its energy below 2^30: Cauchy-Schwarz, speech/corr/mac_sums.h).
+bool pitch_sums_exact(const int16_t* sig) {
+  return speech::cross_fits(speech::energy(sig - kPitMax, kPitMax + kFrame), 1 << 30);
+}
+
 // Lag_max of the main body: lags lagMax down to lagMin, ties to the smaller.
-int lag_max(const int16_t* sig, int lagMax, int lagMin, int16_t* corMax) {
+int lag_max(const int16_t* sig, int lagMax, int lagMin, bool exact, int16_t* corMax) {
   int32_t max = kMin32;
   int pMax = lagMax;
   for (int i = lagMax; i >= lagMin; --i) {
     int32_t t = 0;
-    for (int j = 0; j < kFrame; ++j) t = L_mac(t, sig[j], sig[j - i]);
+    if (exact)
+      t = speech::mac_cross(sig, sig - i, kFrame);
+    else
+      for (int j = 0; j < kFrame; ++j) t = L_mac(t, sig[j], sig[j - i]);
     if (L_sub(t, max) >= 0) {
       max = t;
       pMax = i;
     }
   }
-  int32_t e = 0;
-  for (int j = 0; j < kFrame; ++j) e = L_mac(e, sig[j - pMax], sig[j - pMax]);
+  const int32_t e = speech::mac_energy(0, sig - pMax, kFrame);
   *corMax = extract_l(dpf::Mpy_32(dpf::L_Extract(max), dpf::L_Extract(inv_sqrt(e))));
   return pMax;
 }
 
-int32_t corr_even(const int16_t* sig, int t) {
+// sig[-143..79] split by parity of the position p = j + 143: odd[m] =
+// sig[2m - 142], even[m] = sig[2m - 143]; the decimated sums of Pitch_ol_fast
+// read sig[j], j = 0, 2, .. 78 (odd[71 + k]) and sig[j - t] (odd[71 + k -
+// t/2] for even t, even[71 + k - (t-1)/2] for odd t).
+struct Decimated {
+  const int16_t* sig;
+  bool exact;  // every decimated chain is an exact sum
+  int16_t odd[112], even[112];
+  explicit Decimated(const int16_t* s) : sig(s) {
+    for (int m = 0; m < 112; ++m) {
+      even[m] = sig[2 * m - kPitMax];
+      odd[m] = m < 111 ? sig[2 * m + 1 - kPitMax] : 0;
+    }
+    exact = pitch_sums_exact(sig);
+  }
+  const int16_t* lagged(int t) const { return t % 2 == 0 ? odd + 71 - t / 2 : even + 71 - (t - 1) / 2; }
+};
+
+int32_t corr_even(const Decimated& d, int t) {
+  if (d.exact) return speech::mac_cross(d.odd + 71, d.lagged(t), kFrame / 2);
   int32_t c = 0;
-  for (int j = 0; j < kFrame; j += 2) c = L_mac(c, sig[j], sig[j - t]);
+  for (int j = 0; j < kFrame; j += 2) c = L_mac(c, d.sig[j], d.sig[j - t]);
   return c;
 }
 
-int16_t norm_even(const int16_t* sig, int t, int32_t c) {
-  int32_t e = 1;
-  for (int j = 0; j < kFrame; j += 2) e = L_mac(e, sig[j - t], sig[j - t]);
+int16_t norm_even(const Decimated& d, int t, int32_t c) {
+  const int32_t e = speech::mac_energy(1, d.lagged(t), kFrame / 2);
   return extract_l(dpf::Mpy_32(dpf::L_Extract(c), dpf::L_Extract(inv_sqrt(e))));
 }
 
 // The lag of from..to-1 (step) with the largest decimated correlation, the
 // first on ties; *max its correlation.
-int16_t best_even(const int16_t* sig, int from, int to, int step, int32_t* max) {
+int16_t best_even(const Decimated& sig, int from, int to, int step, int32_t* max) {
   *max = kMin32;
   int16_t best = static_cast<int16_t>(from);
   for (int t = from; t < to; t += step) {
@@ -118,10 +145,11 @@ VspStatus legacy90vspsOpenLoopPitch_G729_16s(const Vsp16s* pSrc, Vsp16s* pDstLag
   int16_t buf[kOlHistory + kFrame];
   int16_t* sig = buf + kOlHistory;
   scale_for_pitch(pSrc + kOlHistory, sig, 1);
+  const bool exact = pitch_sums_exact(sig);
   int16_t max1, max2, max3;
-  int t1 = lag_max(sig, kPitMax, 80, &max1);
-  const int t2 = lag_max(sig, 79, 40, &max2);
-  const int t3 = lag_max(sig, 39, 20, &max3);
+  int t1 = lag_max(sig, kPitMax, 80, exact, &max1);
+  const int t2 = lag_max(sig, 79, 40, exact, &max2);
+  const int t3 = lag_max(sig, 39, 20, exact, &max3);
   if (sub(mult(max1, 27853), max2) < 0) {
     max1 = max2;
     t1 = t2;
@@ -134,8 +162,8 @@ VspStatus legacy90vspsOpenLoopPitch_G729_16s(const Vsp16s* pSrc, Vsp16s* pDstLag
 VspStatus legacy90vspsOpenLoopPitch_G729A_16s(const Vsp16s* pSrc, Vsp16s* pDstLag) {
   if (pSrc == nullptr || pDstLag == nullptr) return vspStsNullPtrErr;
   int16_t buf[kOlHistory + kFrame];
-  int16_t* sig = buf + kOlHistory;
-  scale_for_pitch(pSrc + kOlHistory, sig, 2);
+  scale_for_pitch(pSrc + kOlHistory, buf + kOlHistory, 2);
+  const Decimated sig(buf + kOlHistory);
   int32_t max = kMin32;
   int16_t t1 = best_even(sig, 20, 40, 1, &max);
   int16_t max1 = norm_even(sig, t1, max);
@@ -182,8 +210,7 @@ VspStatus legacy90vspsClosedLoopPitch_G729_16s(const Vsp16s* pExc, const Vsp16s*
   int16_t excf[kSubfr], sExcf[kSubfr];
   int k = -tMin;
   convolve(exc + k, pImp, excf);
-  int32_t s = 0;
-  for (int j = 0; j < kSubfr; ++j) s = L_mac(s, excf[j], excf[j]);
+  int32_t s = speech::mac_energy(0, excf, kSubfr);
   int16_t hFac, scaling;
   if (L_sub(s, 67108864) <= 0) {
     for (int j = 0; j < kSubfr; ++j) sExcf[j] = excf[j];
@@ -194,12 +221,17 @@ VspStatus legacy90vspsClosedLoopPitch_G729_16s(const Vsp16s* pExc, const Vsp16s*
     hFac = 1;
     scaling = 2;
   }
+  const int64_t eTarget = speech::energy(pTarget, kSubfr);
   for (int t = tMin; t <= tMax; ++t) {
-    s = 0;
-    for (int j = 0; j < kSubfr; ++j) s = L_mac(s, sExcf[j], sExcf[j]);
+    const int64_t eExcf = speech::energy(sExcf, kSubfr);
+    s = eExcf * 2 > kMax32 ? kMax32 : static_cast<int32_t>(eExcf * 2);  // the L_mac chain of squares
     const dpf::Dpf norm = dpf::L_Extract(inv_sqrt(s));
-    s = 0;
-    for (int j = 0; j < kSubfr; ++j) s = L_mac(s, pTarget[j], sExcf[j]);
+    if (speech::cross_fits(eTarget, eExcf)) {
+      s = speech::mac_cross(pTarget, sExcf, kSubfr);
+    } else {
+      s = 0;
+      for (int j = 0; j < kSubfr; ++j) s = L_mac(s, pTarget[j], sExcf[j]);
+    }
     corr[t - tMin] = extract_h(L_shl(dpf::Mpy_32(dpf::L_Extract(s), norm), 16));
     if (t != tMax) {
       --k;

@@ -5,6 +5,8 @@
 
 #include "g729/codec_ops.h"
 #include "g729/postfilter_state.h"
+#include "speech/corr/mac_sums.h"
+#include "speech/filter/lp_filters.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -14,14 +16,36 @@ using namespace g729c;
 namespace {
 
 constexpr int kMemRes = PostFilterState::kMemRes;  // 152 = PIT_MAX + 1 + 8
-constexpr int16_t kGamma1Pst = 22938;               // 0.70, denominator
-constexpr int16_t kGamma2Pst = 18022;               // 0.55, numerator
-constexpr int kLongH = 20;                          // LONG_H_ST
+constexpr int16_t kGamma1Pst = 22938;              // 0.70, denominator
+constexpr int16_t kGamma2Pst = 18022;              // 0.55, numerator
+constexpr int kLongH = 20;                         // LONG_H_ST
 
 struct Ltp {
   int16_t num = 0, den = 1, shNum = 0, shDen = 0;
   int ltpdel = 0, phase = 0;
 };
+
+// The L_mac chain of the interpolation sum h[i] s[base - i], i < taps,
+// rounded; `exact` when max|s| sum|h| < 2^30 (no partial sum saturates).
+inline int16_t interp_round(const int16_t* h, const int16_t* s, int taps, bool exact) {
+  if (exact) {
+    int32_t a = 0;
+    for (int i = 0; i < taps; ++i) a += int32_t{h[i]} * s[-i];
+    return round(2 * a);  // |2a| < 2^31; the rounding may saturate
+  }
+  int32_t a = 0;
+  for (int i = 0; i < taps; ++i) a = L_mac(a, h[i], s[-i]);
+  return round(a);
+}
+
+// The L_mac chain of a[n] b[n], n < 40, by the vector kernel when the
+// operands' energies admit it (speech/corr/mac_sums.h).
+inline int32_t corr40(const int16_t* a, const int16_t* b, int64_t ea, int64_t eb) {
+  if (speech::cross_fits(ea, eb)) return speech::mac_cross(a, b, kSubfr);
+  int32_t c = 0;
+  for (int n = 0; n < kSubfr; ++n) c = L_mac(c, a[n], b[n]);
+  return c;
+}
 
 // Long-term post-filter (pst_ltp): res points at R[0] with R[-152..39]
 // valid; writes x[0..39]; returns the chosen delay (0 when off).
@@ -32,6 +56,10 @@ int pst_ltp(int16_t t0, const int16_t* res, int16_t* x) {
   for (int i = -kMemRes; i < kSubfr; ++i) m = static_cast<int16_t>(m | abs_s(res[i]));
   const int16_t nb = sub(3, norm_s(m));
   for (int i = -kMemRes; i < kSubfr; ++i) s[i] = shr(res[i], nb);
+  // Energy of the whole scaled residual: bounds every correlation of two of
+  // its 40-sample windows (Cauchy-Schwarz).
+  const int64_t eS = speech::energy(s - kMemRes, kMemRes + kSubfr);
+  const int32_t maxS = speech::max_abs(s - kMemRes, kMemRes + kSubfr);
 
   Ltp r;
   int16_t y[8][kSubfr + 1];
@@ -40,8 +68,7 @@ int pst_ltp(int16_t t0, const int16_t* res, int16_t* x) {
   int16_t hm = 0, lm = 0;
   bool off = false;
   // search_del
-  int32_t L = 0;
-  for (int n = 0; n < kSubfr; ++n) L = L_mac(L, s[n], s[n]);
+  int32_t L = speech::mac_energy(0, s, kSubfr);
   if (L == 0) off = true;
   int lam = t0 - 1;
   int32_t lnum = -1, lden = 0;
@@ -55,8 +82,7 @@ int pst_ltp(int16_t t0, const int16_t* res, int16_t* x) {
     }
     int imax = 0;
     for (int i = 0; i < 3; ++i) {
-      int32_t c = 0;
-      for (int n = 0; n < kSubfr; ++n) c = L_mac(c, s[n], s[n - lam - i]);
+      int32_t c = corr40(s, s - lam - i, eS, eS);
       if (c < 0) c = 0;
       if (L_sub(c, lnum) > 0) {
         lnum = c;
@@ -67,7 +93,7 @@ int pst_ltp(int16_t t0, const int16_t* res, int16_t* x) {
     lam += imax;
   }
   if (!off) {
-    for (int n = 0; n < kSubfr; ++n) lden = L_mac(lden, s[n - lam], s[n - lam]);
+    lden = speech::mac_energy(0, s - lam, kSubfr);
     if (lden == 0) off = true;
   }
   int16_t shDen = 0, shNum = 0;
@@ -77,13 +103,9 @@ int pst_ltp(int16_t t0, const int16_t* res, int16_t* x) {
     int32_t ldmax = lden;
     for (int phi = 1; phi < 8; ++phi) {
       const int16_t* h = tb::kTabHupS + 4 * (phi - 1);
-      for (int n = 0; n <= kSubfr; ++n) {
-        int32_t a = 0;
-        for (int i = 0; i < 4; ++i) a = L_mac(a, h[i], s[n - lam + 1 - i]);
-        y[phi][n] = round(a);
-      }
-      int32_t e = 0;
-      for (int n = 1; n < kSubfr; ++n) e = L_mac(e, y[phi][n], y[phi][n]);
+      const bool exact = maxS * speech::sum_abs(h, 4) < (int64_t{1} << 30);
+      for (int n = 0; n <= kSubfr; ++n) y[phi][n] = interp_round(h, s + n - lam + 1, 4, exact);
+      const int32_t e = speech::mac_energy(0, y[phi] + 1, kSubfr - 1);
       d0[phi] = L_mac(e, y[phi][0], y[phi][0]);
       d1[phi] = L_mac(e, y[phi][kSubfr], y[phi][kSubfr]);
       if (sub(abs_s(y[phi][0]), abs_s(y[phi][kSubfr])) > 0) {
@@ -106,8 +128,7 @@ int pst_ltp(int16_t t0, const int16_t* res, int16_t* x) {
       lm = pm.lo;
       for (int phi = 1; phi < 8; ++phi) {
         for (int o = 0; o < 2; ++o) {
-          int32_t c = 0;
-          for (int n = 0; n < kSubfr; ++n) c = L_mac(c, s[n], y[phi][n + o]);
+          int32_t c = corr40(s, y[phi] + o, eS, speech::energy(y[phi] + o, kSubfr));
           c = L_shr(c, shNum);
           const int16_t num = c < 0 ? int16_t(0) : extract_l(c);
           const dpf::Dpf p = dpf::L_Extract(L_mult(num, num));
@@ -151,14 +172,11 @@ int pst_ltp(int16_t t0, const int16_t* res, int16_t* x) {
   } else {
     int16_t yl[kSubfr];
     const int16_t* h = tb::kTabHupL + 16 * (r.phase - 1);
-    for (int n = 0; n < kSubfr; ++n) {
-      int32_t a = 0;
-      for (int i = 0; i < 16; ++i) a = L_mac(a, h[i], s[n - r.ltpdel + 8 - i]);
-      yl[n] = round(a);
-    }
+    const bool exact = maxS * speech::sum_abs(h, 16) < (int64_t{1} << 30);
+    for (int n = 0; n < kSubfr; ++n) yl[n] = interp_round(h, s + n - r.ltpdel + 8, 16, exact);
     int16_t num2, shNum2, den2, shDen2;
-    int32_t a = 0;
-    for (int n = 0; n < kSubfr; ++n) a = L_mac(a, yl[n], s[n]);
+    const int64_t eYl = speech::energy(yl, kSubfr);
+    int32_t a = corr40(yl, s, eYl, eS);
     if (a < 0) {
       num2 = 0;
       shNum2 = 0;
@@ -168,8 +186,7 @@ int pst_ltp(int16_t t0, const int16_t* res, int16_t* x) {
       num2 = extract_l(L_shr(a, t));
       shNum2 = t;
     }
-    a = 0;
-    for (int n = 0; n < kSubfr; ++n) a = L_mac(a, yl[n], yl[n]);
+    a = eYl * 2 > kMax32 ? kMax32 : static_cast<int32_t>(eYl * 2);  // the L_mac chain of squares
     {
       int16_t t = sub(16, norm_l(a));
       if (t < 0) t = 0;

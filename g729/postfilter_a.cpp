@@ -5,6 +5,7 @@
 
 #include "g729/codec_ops.h"
 #include "g729/postfilter_state.h"
+#include "speech/corr/mac_sums.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -16,20 +17,24 @@ namespace {
 constexpr int kLh = 22;  // impulse-response length of the tilt estimate
 
 // pit_pst_filt: s and ss point at sample 0 with 143 samples of history.
+// The correlations are exact sums when the energy of ss[-kMemRes..39] is
+// below 2^30 (Cauchy-Schwarz, speech/corr/mac_sums.h).
 void pit_pst_filt(const int16_t* s, const int16_t* ss, int16_t t0Min, int16_t t0Max, int16_t* out) {
+  const bool exact = speech::energy(ss - kMemRes, kMemRes + kSubfr) < (int64_t{1} << 30);
   int32_t cmax = kMin32;
   int t0 = t0Min;
   for (int t = t0Min; t <= t0Max; ++t) {
     int32_t c = 0;
-    for (int j = 0; j < kSubfr; ++j) c = L_mac(c, ss[j], ss[j - t]);
+    if (exact)
+      c = speech::mac_cross(ss, ss - t, kSubfr);
+    else
+      for (int j = 0; j < kSubfr; ++j) c = L_mac(c, ss[j], ss[j - t]);
     if (L_sub(c, cmax) > 0) {
       cmax = c;
       t0 = t;
     }
   }
-  int32_t en = 1, en0 = 1;
-  for (int j = 0; j < kSubfr; ++j) en = L_mac(en, ss[j - t0], ss[j - t0]);
-  for (int j = 0; j < kSubfr; ++j) en0 = L_mac(en0, ss[j], ss[j]);
+  const int32_t en = speech::mac_energy(1, ss - t0, kSubfr), en0 = speech::mac_energy(1, ss, kSubfr);
   if (cmax < 0) cmax = 0;
   int32_t m = cmax;
   if (L_sub(en, m) > 0) m = en;
@@ -62,23 +67,21 @@ void pit_pst_filt(const int16_t* s, const int16_t* ss, int16_t t0Min, int16_t t0
 }
 
 // agc: scales out towards the gain of in (AGC_FAC 0.9).
+// The L_mac chain of (x >> 2)^2 from 0: min(2 E, MAX_32) (non-negative terms).
+int32_t energy_q2(const int16_t* x) {
+  const int64_t e = 2 * simd::energy64_shifted(x, kSubfr, 2);
+  return e > kMax32 ? kMax32 : static_cast<int32_t>(e);
+}
+
 void agc(const int16_t* in, int16_t* out, int16_t* pastGain) {
-  int32_t L = 0;
-  for (int i = 0; i < kSubfr; ++i) {
-    const int16_t t = shr(out[i], 2);
-    L = L_mac(L, t, t);
-  }
+  int32_t L = energy_q2(out);
   if (L == 0) {
     *pastGain = 0;
     return;
   }
   int16_t e = sub(norm_l(L), 1);
   const int16_t gout = round(L_shl(L, e));
-  L = 0;
-  for (int i = 0; i < kSubfr; ++i) {
-    const int16_t t = shr(in[i], 2);
-    L = L_mac(L, t, t);
-  }
+  L = energy_q2(in);
   int16_t g0 = 0;
   if (L != 0) {
     const int16_t i = norm_l(L);
@@ -142,11 +145,15 @@ VspStatus legacy90vspsPostFilter_G729A_16s(const Vsp16s* pLpc, const Vsp16s* pSr
   for (int i = 0; i <= kM; ++i) h[i] = ap3[i];
   int16_t zero[kM] = {};
   syn_filt(ap4, h, h, kLh, zero, false);
-  int32_t L = L_mult(h[0], h[0]);
-  for (int i = 1; i < kLh; ++i) L = L_mac(L, h[i], h[i]);
+  const int64_t eH = speech::energy(h, kLh);
+  int32_t L = speech::mac_energy(0, h, kLh);
   const int16_t r0 = extract_h(L);
-  L = L_mult(h[0], h[1]);
-  for (int i = 1; i < kLh - 1; ++i) L = L_mac(L, h[i], h[i + 1]);
+  if (speech::cross_fits(eH, eH)) {
+    L = speech::mac_cross(h, h + 1, kLh - 1);
+  } else {
+    L = L_mult(h[0], h[1]);
+    for (int i = 1; i < kLh - 1; ++i) L = L_mac(L, h[i], h[i + 1]);
+  }
   const int16_t r1 = extract_h(L);
   const int16_t k = r1 <= 0 ? int16_t(0) : div_s(mult(r1, 26214), r0);
   const int16_t last = r[kSubfr - 1];

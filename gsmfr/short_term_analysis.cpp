@@ -2,6 +2,7 @@
 // previous frame, and the short-term analysis lattice over one frame.
 #include "core/basic_ops.h"
 #include "gsmfr/gsmfr_ops.h"
+#include "gsmfr/lattice_simd.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -18,6 +19,16 @@ VspStatus legacy90vspsShortTermAnalysis_GSMFR_16s(const Vsp16s* pSrcLARc, const 
     prev[i] = pLARpp[i];
     u[i] = pMem[i];
   }
+#if defined(VSPS_SIMD128)
+  __m128i uu = _mm_loadu_si128(reinterpret_cast<const __m128i*>(u));
+  for (int seg = 0; seg < 4; ++seg) {
+    int16_t rp[kOrder];
+    gsmfr::segment_coefficients(prev, cur, seg, rp);
+    const int at = gsmfr::kSegmentStart[seg];
+    gsmfr::analysis_lattice(rp, pSrc + at, pDst + at, gsmfr::kSegmentStart[seg + 1] - at, uu);
+  }
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(u), uu);
+#else
   for (int seg = 0; seg < 4; ++seg) {
     int16_t rp[kOrder];
     gsmfr::segment_coefficients(prev, cur, seg, rp);
@@ -32,6 +43,7 @@ VspStatus legacy90vspsShortTermAnalysis_GSMFR_16s(const Vsp16s* pSrcLARc, const 
       pDst[k] = di;
     }
   }
+#endif
   for (int i = 0; i < kOrder; ++i) {
     pLARpp[i] = cur[i];
     pMem[i] = u[i];

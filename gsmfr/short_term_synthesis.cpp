@@ -3,6 +3,7 @@
 // lattice over one frame.
 #include "core/basic_ops.h"
 #include "gsmfr/gsmfr_ops.h"
+#include "gsmfr/lattice_simd.h"
 #include "vsps.h"
 
 namespace vsps::VSPS_NS {
@@ -17,6 +18,16 @@ VspStatus legacy90vspsShortTermSynthesis_GSMFR_16s(const Vsp16s* pSrcLARc, const
   gsmfr::decode_lars(pSrcLARc, cur);
   for (int i = 0; i < kOrder; ++i) prev[i] = pLARpp[i];
   for (int i = 0; i <= kOrder; ++i) v[i] = pMem[i];
+#if defined(VSPS_SIMD128)
+  __m128i vv = _mm_loadu_si128(reinterpret_cast<const __m128i*>(v));
+  for (int seg = 0; seg < 4; ++seg) {
+    int16_t rrp[kOrder];
+    gsmfr::segment_coefficients(prev, cur, seg, rrp);
+    const int at = gsmfr::kSegmentStart[seg];
+    gsmfr::synthesis_lattice(rrp, pSrc + at, pDst + at, gsmfr::kSegmentStart[seg + 1] - at, vv, v[kOrder]);
+  }
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(v), vv);
+#else
   for (int seg = 0; seg < 4; ++seg) {
     int16_t rrp[kOrder];
     gsmfr::segment_coefficients(prev, cur, seg, rrp);
@@ -30,6 +41,7 @@ VspStatus legacy90vspsShortTermSynthesis_GSMFR_16s(const Vsp16s* pSrcLARc, const
       pDst[k] = sri;
     }
   }
+#endif
   for (int i = 0; i < kOrder; ++i) pLARpp[i] = cur[i];
   for (int i = 0; i <= kOrder; ++i) pMem[i] = v[i];
   return vspStsNoErr;

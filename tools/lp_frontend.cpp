@@ -1,26 +1,15 @@
 #include "tools/lp_frontend.h"
 
 #include <algorithm>
-#include <chrono>
-#include <ctime>
 
+#include "tools/cpu_clock.h"
 #include "tools/lp_metrics.h"
 
 namespace vsps::tool {
 
 namespace {
 
-// Processor time of this thread in ns where the system has such a clock:
-// the speed figures then leave out the time the thread waits descheduled on
-// a loaded machine. Elsewhere the steady clock.
-double now_ns() {
-#if defined(CLOCK_THREAD_CPUTIME_ID)
-  timespec ts;
-  if (clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts) == 0)
-    return static_cast<double>(ts.tv_sec) * 1e9 + static_cast<double>(ts.tv_nsec);
-#endif
-  return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
+double now_ns() { return thread_cpu_ns(); }
 double ns_since(double t0) { return now_ns() - t0; }
 
 // Initial LSPs of both codecs' encoders and decoders (cosine domain, Q15).

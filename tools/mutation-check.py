@@ -56,7 +56,8 @@ FAULTS = [
      "    acc = static_cast<uint64_t>(_mm_cvtsi128_si64(a)) + static_cast<uint64_t>(_mm_extract_epi64(a, 1));\n"
      "    n = len;\n"),
     ("core", "table", "Inv_sqrt table: one entry mistyped (28602 -> 28620)",
-     "30070, 29309, 28602, 27945", "30070, 29309, 28620, 27945"),
+     "kG729InvSqrtQ15[49] = {32767, 31790, 30894, 30070, 29309, 28602,",
+     "kG729InvSqrtQ15[49] = {32767, 31790, 30894, 30070, 29309, 28620,"),
     ("core", "bound", "InvSqrt: the AVX2 loop runs one block too far (reads and writes past len)",
      "for (; k + 8 <= len; k += 8) inv_sqrt_q30_x8(pSrcDst + k, table);",
      "for (; k + 8 <= len + 1; k += 8) inv_sqrt_q30_x8(pSrcDst + k, table);"),

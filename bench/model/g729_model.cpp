@@ -162,18 +162,23 @@ static int16_t chebps_10(int16_t x, const int16_t* f, int n) { return chebps_for
 // The root search of Az_lsp (60-point grid, 4 bisections, interpolation,
 // alternating polynomials, the old LSPs when fewer than 10 roots).
 void root_search(const int16_t* f1, const int16_t* f2, Chebps chebps, int16_t* lsp, const int16_t* old_lsp) {
+  root_search_grid(f1, f2, chebps, lsp, old_lsp, t::kGrid60Q15, 60, 4);
+}
+
+void root_search_grid(const int16_t* f1, const int16_t* f2, Chebps chebps, int16_t* lsp, const int16_t* old_lsp,
+                      const int16_t* grid, int points, int bisections) {
   int nf = 0, ip = 0;
   const int16_t* coef = f1;
-  int16_t xlow = t::kGrid60Q15[0];
+  int16_t xlow = grid[0];
   int16_t ylow = chebps(xlow, coef, NC);
   int j = 0;
-  while (nf < M && j < 60) {
+  while (nf < M && j < points) {
     j = j + 1;
     int16_t xhigh = xlow, yhigh = ylow;
-    xlow = t::kGrid60Q15[j];
+    xlow = grid[j];
     ylow = chebps(xlow, coef, NC);
     if (L_mult(ylow, yhigh) <= 0) {
-      for (int i = 0; i < 4; ++i) {
+      for (int i = 0; i < bisections; ++i) {
         const int16_t xmid = add(shr(xlow, 1), shr(xhigh, 1));
         const int16_t ymid = chebps(xmid, coef, NC);
         if (L_mult(ylow, ymid) <= 0) {
@@ -218,7 +223,9 @@ void root_search(const int16_t* f1, const int16_t* f2, Chebps chebps, int16_t* l
     for (int i = 0; i < M; ++i) lsp[i] = old_lsp[i];
 }
 
-void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp) {
+void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp) { az_lsp_grid(a, lsp, old_lsp, false); }
+
+void az_lsp_grid(const int16_t* a, int16_t* lsp, const int16_t* old_lsp, bool annexA) {
   int16_t f1[NC + 1], f2[NC + 1];
   int ovf_coef = 0;
   int16_t (*pChebps)(int16_t, const int16_t*, int) = chebps_11;
@@ -251,7 +258,10 @@ void az_lsp(const int16_t* a, int16_t* lsp, const int16_t* old_lsp) {
       f2[i + 1] = add(extract_h(t0), f2[i]);
     }
   }
-  root_search(f1, f2, pChebps, lsp, old_lsp);
+  if (annexA)
+    root_search_grid(f1, f2, pChebps, lsp, old_lsp, t::kGrid50Q15, 50, 2);
+  else
+    root_search(f1, f2, pChebps, lsp, old_lsp);
 }
 
 // ---- Lsp_Az ------------------------------------------------------------------
@@ -298,7 +308,7 @@ static const int16_t* cb1(int i) { return t::kLspCb1Q13 + i * M; }
 static const int16_t* cb2(int i) { return t::kLspCb2Q13 + i * M; }
 static const int16_t* fg(int mode, int k) { return t::kMaPredQ15 + (mode * 4 + k) * M; }
 
-static void lsp_lsf2(const int16_t* lsp, int16_t* lsf) {
+void lsp_lsf2(const int16_t* lsp, int16_t* lsf) {
   int16_t ind = 63;
   for (int i = M - 1; i >= 0; --i) {
     while (sub(t::kCosTableQ15[ind], lsp[i]) < 0) {
@@ -312,7 +322,7 @@ static void lsp_lsf2(const int16_t* lsp, int16_t* lsf) {
   }
 }
 
-static void lsf_lsp2(const int16_t* lsf, int16_t* lsp) {
+void lsf_lsp2(const int16_t* lsf, int16_t* lsp) {
   for (int i = 0; i < M; ++i) {
     const int16_t freq = mult(lsf[i], 20861);
     int16_t ind = shr(freq, 8);
@@ -475,10 +485,77 @@ void qua_lsp(QuantState& s, const int16_t* lsp, int16_t* lsp_q, int* codes) {
   lsf_lsp2(flsp_q, lsp_q);
 }
 
+void lsf_decode(QuantState& s, const int* codes, int16_t* lsf_q) { lsp_get_quant(s.freq_prev, codes, lsf_q); }
+
+void lsf_decode_erased(QuantState& s, int mode, const int16_t* lsf) {
+  int16_t buf[M];
+  lsp_prev_extract(lsf, buf, mode, s.freq_prev);
+  lsp_prev_update(buf, s.freq_prev);
+}
+
+void lsp_lsf(const int16_t* lsp, int16_t* lsf) {
+  int16_t ind = 63;
+  for (int i = M - 1; i >= 0; --i) {
+    while (sub(t::kCosTableNormQ15[ind], lsp[i]) < 0) ind = sub(ind, 1);
+    const int32_t L = L_mult(sub(lsp[i], t::kCosTableNormQ15[ind]), t::kAcosSlopeNormQ12[ind]);
+    const int16_t tmp = round_l(L_shl(L, 3));
+    lsf[i] = add(tmp, shl(ind, 8));
+  }
+}
+
 void lsp_decode(QuantState& s, const int* codes, int16_t* lsp_q) {
   int16_t lsf[M];
   lsp_get_quant(s.freq_prev, codes, lsf);
   lsf_lsp2(lsf, lsp_q);
+}
+
+// ---- floating-point annex ------------------------------------------------------
+static void get_lsp_pol_f(const float* lsp, float* f) {
+  f[0] = 1.0f;
+  f[1] = -2.0f * lsp[0];
+  for (int i = 2; i <= 5; i++) {
+    const float b = -2.0f * lsp[2 * i - 2];
+    f[i] = b * f[i - 1] + 2.0f * f[i - 2];
+    for (int j = i - 1; j > 1; j--) f[j] += b * f[j - 1] + f[j - 2];
+    f[1] += b;
+  }
+}
+
+void lsp_az_f(const float* lsp, float* a) {
+  float f1[6], f2[6];
+  get_lsp_pol_f(&lsp[0], f1);
+  get_lsp_pol_f(&lsp[1], f2);
+  for (int i = 5; i > 0; i--) {
+    f1[i] += f1[i - 1];
+    f2[i] -= f2[i - 1];
+  }
+  a[0] = 1.0f;
+  for (int i = 1, j = 10; i <= 5; i++, j--) {
+    a[i] = 0.5f * (f1[i] + f2[i]);
+    a[j] = 0.5f * (f1[i] - f2[i]);
+  }
+}
+
+float levinson_f(const float* r, float* a, float* rc) {
+  rc[0] = -r[1] / r[0];
+  a[0] = 1.0f;
+  a[1] = rc[0];
+  float err = r[0] + r[1] * rc[0];
+  for (int i = 2; i <= M; i++) {
+    float s = 0.0f;
+    for (int j = 0; j < i; j++) s += r[i - j] * a[j];
+    rc[i - 1] = -s / err;
+    for (int j = 1; j <= i / 2; j++) {
+      const int l = i - j;
+      const float at = a[j] + rc[i - 1] * a[l];
+      a[l] += rc[i - 1] * a[j];
+      a[j] = at;
+    }
+    a[i] = rc[i - 1];
+    err += rc[i - 1] * s;
+    if (err <= 0.0f) err = 0.001f;
+  }
+  return err;
 }
 
 }  // namespace model::g729

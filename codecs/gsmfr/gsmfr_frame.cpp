@@ -1,26 +1,29 @@
 // GSM 06.10 frame formats: the 33-octet frame (signature 0xD, then the 76
 // fields most significant bit first) and the test-sequence words (one
 // 16-bit little-endian word per parameter).
+#include <cstdint>
+
 #include "vsps_codecs.h"
 
 namespace {
 
 constexpr int kParams = 76, kPacked = 33;
 
-// Field width of parameter i (LARc[1..8], then per subframe Nc, bc, Mc,
-// xmaxc and 13 pulses).
-int field_bits(int i) {
-  static constexpr int kLar[8] = {6, 6, 5, 5, 4, 4, 3, 3};
-  static constexpr int kSub[4] = {7, 2, 2, 6};
-  if (i < 8) return kLar[i];
-  const int k = (i - 8) % 17;
-  return k < 4 ? kSub[k] : 3;
-}
+// Field width of each parameter: LARc[1..8], then per subframe Nc, bc, Mc,
+// xmaxc and 13 pulses.
+constexpr struct FieldBits {
+  int bits[kParams];
+  constexpr FieldBits() : bits{} {
+    constexpr int kLar[8] = {6, 6, 5, 5, 4, 4, 3, 3};
+    constexpr int kSub[4] = {7, 2, 2, 6};
+    for (int i = 0; i < kParams; ++i) bits[i] = i < 8 ? kLar[i] : ((i - 8) % 17 < 4 ? kSub[(i - 8) % 17] : 3);
+  }
+} kFields;
 
 bool fields_ok(const Vsp16s* params) {
-  for (int i = 0; i < kParams; ++i)
-    if (params[i] < 0 || params[i] >= (1 << field_bits(i))) return false;
-  return true;
+  bool ok = true;
+  for (int i = 0; i < kParams; ++i) ok &= static_cast<unsigned>(params[i]) < (1u << kFields.bits[i]);
+  return ok;
 }
 
 }  // namespace
@@ -35,14 +38,19 @@ VspStatus vspscodecGsmfrCheckParams(const Vsp16s* params) {
 VspStatus vspscodecGsmfrPack(const Vsp16s* params, Vsp8u* frame) {
   if (params == nullptr || frame == nullptr) return vspStsNullPtrErr;
   if (!fields_ok(params)) return vspStsRangeErr;
-  Vsp8u out[kPacked] = {};
-  int bit = 0;  // next bit position, 0 = most significant bit of octet 0
-  auto put = [&](int value, int bits) {
-    for (int b = bits - 1; b >= 0; --b, ++bit)
-      if ((value >> b) & 1) out[bit >> 3] = static_cast<Vsp8u>(out[bit >> 3] | (0x80 >> (bit & 7)));
-  };
-  put(0xD, 4);
-  for (int i = 0; i < kParams; ++i) put(params[i], field_bits(i));
+  // Fields enter a bit accumulator most significant bit first; whole
+  // octets leave it from the top (4 + 260 bits = 33 octets exactly).
+  Vsp8u out[kPacked];  // the frame may overlap the parameters
+  uint64_t acc = 0xD;
+  int held = 4, at = 0;
+  for (int i = 0; i < kParams; ++i) {
+    acc = (acc << kFields.bits[i]) | static_cast<uint64_t>(params[i]);
+    held += kFields.bits[i];
+    while (held >= 8) {
+      held -= 8;
+      out[at++] = static_cast<Vsp8u>(acc >> held);
+    }
+  }
   for (int k = 0; k < kPacked; ++k) frame[k] = out[k];
   return vspStsNoErr;
 }
@@ -50,11 +58,16 @@ VspStatus vspscodecGsmfrPack(const Vsp16s* params, Vsp8u* frame) {
 VspStatus vspscodecGsmfrUnpack(const Vsp8u* frame, Vsp16s* params) {
   if (frame == nullptr || params == nullptr) return vspStsNullPtrErr;
   if ((frame[0] >> 4) != 0xD) return vspStsBadArgErr;
-  int bit = 4;
+  uint64_t acc = frame[0] & 0xF;  // bits not yet taken, in the low `held` bits
+  int held = 4, at = 1;
   for (int i = 0; i < kParams; ++i) {
-    int v = 0;
-    for (int b = 0; b < field_bits(i); ++b, ++bit) v = (v << 1) | ((frame[bit >> 3] >> (7 - (bit & 7))) & 1);
-    params[i] = static_cast<Vsp16s>(v);
+    const int n = kFields.bits[i];
+    while (held < n) {
+      acc = (acc << 8) | frame[at++];
+      held += 8;
+    }
+    held -= n;
+    params[i] = static_cast<Vsp16s>((acc >> held) & ((1u << n) - 1));
   }
   return vspStsNoErr;
 }

@@ -228,9 +228,12 @@ VSPS_FN(VspStatus, legacy90vspsLSPQuant_G729_16s, (const Vsp16s* pSrcLsp, Vsp16s
  * for the caller to push into the memory as its newest row when the frame is
  * coded in forward (LSP) mode, as the Annex E encoder does. pDstQLsp: the
  * quantised LSPs (Q15); pDstQuantIndex: (L0 << 7) | L1 and (L2 << 5) | L3.
- * Pointer order (LSP, memory, quantised LSP, residual, codes) as Annex E's
- * Qua_lspe passes them. Returns vspStsNoErr (clamping is not reported).
- * Checks: any pointer null: vspStsNullPtrErr. */
+ * Pointer order: the library's own, that of legacy90vspsLSPQuant_G729_16s
+ * (LSP, memory, quantised LSP, codes) with the residual inserted before the
+ * codes; the Annex E reference's Qua_lspe takes them in another order (LSP,
+ * quantised LSP, codes, memory, residual). Returns vspStsNoErr (clamping is
+ * not reported). Checks: any pointer null, in argument order:
+ * vspStsNullPtrErr. */
 VSPS_FN(VspStatus, legacy90vspsLSPQuant_G729E_16s, (const Vsp16s* pSrcLsp, const Vsp16s* pSrcPrevFreq, Vsp16s* pDstQLsp, Vsp16s* pDstFreqCur, Vsp16s* pDstQuantIndex), (pSrcLsp, pSrcPrevFreq, pDstQLsp, pDstFreqCur, pDstQuantIndex))
 
 /* Single-precision twin of legacy90vspsLSPQuant_G729E_16s (the floating-
@@ -242,7 +245,9 @@ VSPS_FN(VspStatus, legacy90vspsLSPQuant_G729E_16s, (const Vsp16s* pSrcLsp, const
  * with the float stability rule (0.005, 0.0392, 3.135); LSP = cos(LSF).
  * pSrcPrevFreq (4 x 10 radians) is only read; pDstFreqCur receives the
  * residual; pDstQuantIndex two int words as the 16-bit twin packs them.
- * Checks: any pointer null: vspStsNullPtrErr. Otherwise vspStsNoErr. */
+ * Pointer order: the 16-bit twin's (the library's own, not the floating-
+ * point reference's). Checks: any pointer null, in argument order:
+ * vspStsNullPtrErr. Otherwise vspStsNoErr (clamping is not reported). */
 VSPS_FN(VspStatus, legacy90vspsLSPQuant_G729E_32f, (const Vsp32f* pSrcLsp, const Vsp32f* pSrcPrevFreq, Vsp32f* pDstQLsp, Vsp32f* pDstFreqCur, int* pDstQuantIndex), (pSrcLsp, pSrcPrevFreq, pDstQLsp, pDstFreqCur, pDstQuantIndex))
 
 /* LSF decoder of a good frame (reference Lsp_get_quant), bit-exact with the

@@ -1,4 +1,5 @@
-// Contracts of the 2100 Hz tone detector.
+// Contracts of the 2100 Hz tone detector itself (its GetStateSize and Init
+// are rows in contracts.txt).
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -37,24 +38,6 @@ void tone_with_reversal(vt::Call& c, std::mt19937& rng, double rate, double scal
 }
 
 namespace fz = vt::fz;
-
-// A rate around and far from the accepted 8000 and 16000, by choice one of
-// them or a neighbour.
-int64_t pick_rate(vt::FuzzInput& in) {
-  int64_t rate = fz::pick(in, "rate", -2, 16002);
-  if (in.choice("near an accepted rate")) rate = (rate & 1 ? 16000 : 8000) + in.scalar("rate offset", -1, 1);
-  return rate;
-}
-
-bool fuzz_rate(vt::Call& call, vt::FuzzInput& in, bool init, bool fixedPoint) {
-  const int64_t rate = pick_rate(in);
-  call.scalar("rate", rate);
-  if (init) call.bytes("state", fixedPoint ? 72 : 80, fz::misalign(in));
-  return fz::Expect()
-      .fail_if(fz::nulls(call, in), vspStsNullPtrErr)
-      .fail_if(rate != 8000 && rate != 16000, vspStsRangeErr)
-      .to(in);
-}
 
 // Stores a fuzzed value at a byte offset of the formatted state.
 template <class T>
@@ -108,22 +91,6 @@ bool fuzz_detect(vt::Call& call, vt::FuzzInput& in, bool fixedPoint) {
   return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).fail_if(len < 1, vspStsBadArgErr).to(in);
 }
 
-// GetStateSize and Init: the rate is their one value check.
-vt::Contract rate_contract(const char* name, bool fixedPoint, bool init, int rate, std::vector<int64_t> badRates) {
-  vt::Contract c;
-  c.valid = [=] {
-    vt::Call call(name);
-    if (init)
-      call.bytes("state", fixedPoint ? 72 : 80, fixedPoint ? 5 : 13);
-    else
-      call.out("size", 1);
-    return call.scalar("rate", rate);
-  };
-  for (int64_t r : badRates) c.checks.push_back(vt::bad("rate", r, vspStsRangeErr));
-  c.fuzz = [=](vt::Call& call, vt::FuzzInput& in) { return fuzz_rate(call, in, init, fixedPoint); };
-  return c;
-}
-
 // The detector on a formatted state: a tone with a phase reversal at a
 // random place (a third of the trials: uniform samples).
 vt::Contract detect_contract(const char* name, bool fixedPoint, int rate, int len) {
@@ -143,13 +110,6 @@ vt::Contract detect_contract(const char* name, bool fixedPoint, int rate, int le
 }
 
 }  // namespace
-
-VT_CONTRACT(legacy90vspsToneDetectGetStateSize_EC_16s) { return rate_contract(name, true, false, 8000, {11025, 0}); }
-VT_CONTRACT(legacy90vspsToneDetectGetStateSize_EC_32f) {
-  return rate_contract(name, false, false, 16000, {8001, -8000});
-}
-VT_CONTRACT(legacy90vspsToneDetectInit_EC_16s) { return rate_contract(name, true, true, 8000, {44100}); }
-VT_CONTRACT(legacy90vspsToneDetectInit_EC_32f) { return rate_contract(name, false, true, 16000, {32000}); }
 
 VT_CONTRACT(legacy90vspsToneDetect_EC_16s) { return detect_contract(name, true, 8000, 160); }
 VT_CONTRACT(legacy90vspsToneDetect_EC_32f) { return detect_contract(name, false, 16000, 320); }

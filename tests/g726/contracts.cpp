@@ -1,4 +1,6 @@
-// Contracts of the G.726 encoder, decoder and code-word packing.
+// Contracts of the G.726 encoder, decoder and code-word packing (their
+// random trials choose rates, laws and lengths together); the state set-up
+// is rows in contracts.txt.
 #include <cmath>
 #include <random>
 
@@ -57,12 +59,6 @@ void randomize_coder(vt::Call& call, std::mt19937& rng, const char* name, bool d
   }
 }
 
-vt::Contract get_size(const char* name) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).out("pSize", 1); };
-  return c;
-}
-
 vt::Contract packing(const char* name, bool pack) {
   vt::Contract c;
   c.valid = [=] {
@@ -92,41 +88,6 @@ vt::Contract packing(const char* name, bool pack) {
 }
 
 }  // namespace
-
-VT_CONTRACT(legacy90vspsEncodeGetStateSize_G726_16s8u) { return get_size(name); }
-VT_CONTRACT(legacy90vspsDecodeGetStateSize_G726_8u16s) { return get_size(name); }
-
-VT_CONTRACT(legacy90vspsEncodeInit_G726_16s8u) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).bytes("pEncState", 104, 3).scalar("rate", vspRate32000); };
-  c.checks = {vt::bad("rate", 32, vspStsRangeErr), vt::bad("rate", 25, vspStsRangeErr),
-              vt::bad("rate", 0, vspStsRangeErr)};
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsDecodeInit_G726_8u16s) {
-  vt::Contract c;
-  c.valid = [=] {
-    return vt::Call(name).bytes("pDecState", 104, 3).scalar("rate", vspRate24000).scalar("law", vspPcmMuLaw);
-  };
-  c.checks = {vt::bad("rate", 21, vspStsRangeErr), vt::bad("law", 3, vspStsRangeErr),
-              vt::bad("law", -1, vspStsRangeErr)};
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsEncodeSetRate_G726_16s8u) {
-  vt::Contract c;
-  c.valid = [=] { return state_call(name, "pEncState", false, vspRate32000, 0).scalar("rate", vspRate16000); };
-  c.checks = {vt::bad("rate", 12, vspStsRangeErr), vt::bad("rate", 40, vspStsRangeErr)};
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsDecodeSetRate_G726_8u16s) {
-  vt::Contract c;
-  c.valid = [=] { return state_call(name, "pDecState", true, vspRate16000, vspPcmALaw).scalar("rate", vspRate40000); };
-  c.checks = {vt::bad("rate", 18, vspStsRangeErr), vt::bad("rate", -23, vspStsRangeErr)};
-  return c;
-}
 
 VT_CONTRACT(legacy90vspsEncode_G726_16s8u) {
   vt::Contract c;

@@ -1,5 +1,6 @@
-// Contracts of the G.729 high-pass filter, lag window, Levinson-Durbin and
-// interpolation exports.
+// Contracts of the G.729 high-pass filter, Levinson-Durbin and
+// autocorrelation exports, whose valid calls or fuzzing need code; the
+// other LP helpers are rows in contracts.txt.
 #include "tests/g729/g729_test_util.h"
 #include "tests/support/contract.h"
 #include "tests/support/fuzz_hooks.h"
@@ -38,23 +39,6 @@ bool fuzz_levinson(vt::Call& call, vt::FuzzInput& in, int64_t maxOrder) {
 
 }  // namespace
 
-VT_CONTRACT(legacy90vspsHighPassFilterSize_G729) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).out("pSize", 1); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsHighPassFilterInit_G729) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).in("pCoeff", 6).bytes("pState", 24, 3); };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {  // any coefficients, any alignment
-    call.bytes("pState", 24, fz::misalign(in));
-    fz::fill_inputs(call, in);
-    return fz::Expect().fail_if(fz::nulls(call, in), vspStsNullPtrErr).to(in);
-  };
-  return c;
-}
-
 VT_CONTRACT(legacy90vspsHighPassFilter_G729_16s_ISfs) {
   vt::Contract c;
   c.valid = [=] {
@@ -86,28 +70,6 @@ VT_CONTRACT(legacy90vspsHighPassFilter_G729_16s_ISfs) {
         .fail_if(fz::nulls(call, in), vspStsNullPtrErr)
         .fail_if(len < 1, vspStsSizeErr)
         .fail_if(sf != 12 && sf != 13, vspStsOutOfRangeErr)
-        .to(in);
-  };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsLagWindow_G729_32s_I) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).inout("pSrcDst", 12).scalar("len", 12); };
-  c.checks = {vt::bad("len", 0, vspStsBadArgErr), vt::bad("len", -1, vspStsBadArgErr),
-              vt::bad("len", 13, vspStsSizeErr)};
-  c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    call.randomize_inputs(rng);
-    call.scalar("len", 1 + static_cast<int64_t>(rng() % 12));
-  };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    const int64_t len = fz::pick(in, "len", -2, 14);
-    call.inout("pSrcDst", fz::count(len >= 1 && len <= 12, len)).scalar("len", len);
-    fz::fill_inputs(call, in);
-    return fz::Expect()
-        .fail_if(fz::nulls(call, in), vspStsNullPtrErr)
-        .fail_if(len < 1, vspStsBadArgErr)
-        .fail_if(len > 12, vspStsSizeErr)
         .to(in);
   };
   return c;
@@ -162,64 +124,6 @@ VT_CONTRACT(legacy90vspsLevinsonDurbin_G729_32f) {
     g729t::put(call, "pSrcAutoCorr", to_float(g729t::random_autocorr(rng, order)));
   };
   c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fuzz_levinson(call, in, 0); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsInterpolate_G729_16s) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).in("pSrc1", 10).in("pSrc2", 10).out("pDst", 10).scalar("len", 10); };
-  c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fz::len_hook(call, in, {"pSrc1", "pSrc2"}, {"pDst"}); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsInterpolateC_G729_16s_Sfs) {
-  vt::Contract c;
-  c.valid = [=] {
-    return vt::Call(name)
-        .in("pSrc1", 10)
-        .scalar("val1", 8192)
-        .in("pSrc2", 10)
-        .scalar("val2", 24576)
-        .out("pDst", 10)
-        .scalar("len", 10)
-        .scalar("scaleFactor", 15);
-  };
-  c.checks = {vt::bad("scaleFactor", -1, vspStsOutOfRangeErr), vt::bad("len", 0, vspStsSizeErr),
-              vt::bad("len", -4, vspStsSizeErr)};
-  c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    call.randomize_inputs(rng);
-    call.scalar("val1", static_cast<int16_t>(rng()));
-    call.scalar("val2", static_cast<int16_t>(rng()));
-    call.scalar("scaleFactor", static_cast<int64_t>(rng() % 40));
-  };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    call.scalar("val1", in.scalar("val1", INT16_MIN, INT16_MAX))
-        .scalar("val2", in.scalar("val2", INT16_MIN, INT16_MAX));
-    return fz::len_hook(call, in, {"pSrc1", "pSrc2"}, {"pDst"}, {}, "scaleFactor", vspStsOutOfRangeErr);
-  };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsInterpolateC_G729_32f) {
-  vt::Contract c;
-  c.valid = [=] {
-    return vt::Call(name)
-        .in("pSrc1", 10)
-        .scalar_f("val1", 0.25)
-        .in("pSrc2", 10)
-        .scalar_f("val2", 0.75)
-        .out("pDst", 10)
-        .scalar("len", 10);
-  };
-  c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    float v[2];
-    in.fill("values", {reinterpret_cast<uint8_t*>(v), sizeof v});
-    fz::finite(v, 1e18f);
-    call.scalar_f("val1", v[0]).scalar_f("val2", v[1]);
-    return fz::len_hook(call, in, {"pSrc1", "pSrc2"}, {"pDst"});
-  };
   return c;
 }
 

@@ -82,6 +82,16 @@ inline V16 random_lsf(std::mt19937& rng, int gap = 330) {
 }
 
 // LP coefficients (Q12) of an LSP vector, through the export.
+// A memory of four random stable LSF rows (Q13).
+inline V16 random_memory(std::mt19937& rng) {
+  V16 m;
+  for (int k = 0; k < 4; ++k) {
+    const V16 row = random_lsf(rng, 200);
+    m.insert(m.end(), row.begin(), row.end());
+  }
+  return m;
+}
+
 inline V16 lpc_of(const V16& lsp) {
   V16 a(11);
   legacy90vspsLSPToLPC_G729_16s(lsp.data(), a.data());

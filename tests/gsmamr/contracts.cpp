@@ -57,20 +57,6 @@ bool fuzz_with_mode(vt::Call& call, vt::FuzzInput& in, std::initializer_list<Mod
 
 }  // namespace
 
-VT_CONTRACT(legacy90vspsAutoCorr_GSMAMR_16s32s) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).in("pSrc", 240).out("pDst", 22).scalar("mode", 12); };
-  c.checks = bad_modes();
-  c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    put(call, "pSrc", amrt::random_speech(rng, 240));
-    call.scalar("mode", amrt::random_mode(rng));
-  };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    return fuzz_with_mode(call, in, {{"pSrc", vt::Role::In, 240, 240}, {"pDst", vt::Role::Out, 22, 11}});
-  };
-  return c;
-}
-
 VT_CONTRACT(legacy90vspsLevinsonDurbin_GSMAMR_32s16s) {
   vt::Contract c;
   c.valid = [=] {
@@ -186,32 +172,6 @@ VT_CONTRACT(legacy90vspsQuantLSPDecode_GSMAMR_16s) {
   return c;
 }
 
-VT_CONTRACT(legacy90vspsInterpolate_GSMAMR_16s) {
-  vt::Contract c;
-  c.valid = [=] { return vt::Call(name).in("pSrcCur", 10).in("pSrcPrev", 10).out("pDst", 10).scalar("len", 10); };
-  c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -1, vspStsSizeErr),
-              vt::bad("len", INT32_MIN, vspStsSizeErr)};
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) { return fz::len_hook(call, in, {"pSrcCur", "pSrcPrev"}, {"pDst"}); };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsPreemphasize_GSMAMR_16s) {
-  vt::Contract c;
-  c.valid = [=] {
-    return vt::Call(name).scalar("gamma", 22938).in("pSrc", 40).out("pDst", 40).scalar("len", 40).inout("pMem", 1);
-  };
-  c.checks = {vt::bad("len", 0, vspStsSizeErr), vt::bad("len", -5, vspStsSizeErr)};
-  c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    call.randomize_inputs(rng);
-    call.scalar("gamma", static_cast<int16_t>(rng()));
-  };
-  c.fuzz = [](vt::Call& call, vt::FuzzInput& in) {
-    call.scalar("gamma", in.scalar("gamma", INT16_MIN, INT16_MAX)).inout("pMem", 1);
-    return fz::len_hook(call, in, {"pSrc"}, {"pDst"});
-  };
-  return c;
-}
-
 VT_CONTRACT(legacy90vspsLPCToLSP_GSMAMR_16s) {
   vt::Contract c;
   c.valid = [=] {
@@ -231,22 +191,6 @@ VT_CONTRACT(legacy90vspsLPCToLSP_GSMAMR_16s) {
     legacy90vspsAutoCorr_GSMAMR_16s32s(x.data(), r, vspRate5900);
     legacy90vspsLevinsonDurbin_GSMAMR_32s16s(r, a);
     put(call, "pSrcLpc", std::vector<int16_t>(a, a + 11));
-  };
-  return c;
-}
-
-VT_CONTRACT(legacy90vspsLSPToLPC_GSMAMR_16s) {
-  vt::Contract c;
-  c.valid = [=] {
-    return vt::Call(name)
-        .in("pSrcLsp", std::vector<int16_t>(amrt::kResetLsp.begin(), amrt::kResetLsp.end()))
-        .out("pDstLpc", 11);
-  };
-  c.randomize = [](vt::Call& call, std::mt19937& rng) {
-    if (rng() % 4 == 0)
-      call.randomize_inputs(rng);  // unordered, extreme values
-    else
-      put(call, "pSrcLsp", amrt::random_lsp(rng));
   };
   return c;
 }

@@ -3,19 +3,32 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "tests/support/contract_rows.h"
+
 namespace vt {
 
 namespace {
-std::vector<Contract>& registry() {
+std::vector<Contract>& registered() {
   static std::vector<Contract> r;
   return r;
+}
+
+// The contracts registered in C++ and, from the first use on, the rows of
+// tests/*/contracts.txt.
+std::vector<Contract>& registry() {
+  static const bool loaded = [] {
+    load_contract_rows(registered());
+    return true;
+  }();
+  (void)loaded;
+  return registered();
 }
 }  // namespace
 
 ContractRegistrar::ContractRegistrar(const char* name, Contract (*make)(const char* name)) {
   Contract c = make(name);
   c.name = name;
-  registry().push_back(std::move(c));
+  registered().push_back(std::move(c));
 }
 
 const std::vector<Contract>& all_contracts() { return registry(); }

@@ -108,28 +108,4 @@ class Expect {
 // Misaligns a state block by a fuzzer-chosen 0..15 bytes.
 inline std::size_t misalign(FuzzInput& in) { return static_cast<std::size_t>(in.scalar("misalign", 0, 15)); }
 
-// Hook of the element-wise functions with one length `len` (>= 1, else
-// vspStsSizeErr): the named inputs, outputs and in/out buffers hold len
-// elements. `sf`
-// names a scale factor that must be >= 0 (checked before len, failing with
-// `sfStatus`), or is null.
-inline bool len_hook(Call& call, FuzzInput& in, std::initializer_list<const char*> ins,
-                     std::initializer_list<const char*> outs, std::initializer_list<const char*> inouts = {},
-                     const char* sf = nullptr, int sfStatus = 0) {
-  const int64_t len = pick(in, "len", -2, 5000);
-  const int64_t scale = sf ? pick(in, sf, -2, 40) : 0;
-  const auto n = count(len >= 1 && scale >= 0, len, 4);
-  for (const char* name : ins) call.in(name, n);
-  for (const char* name : outs) call.out(name, n);
-  for (const char* name : inouts) call.inout(name, n);
-  call.scalar("len", len);
-  if (sf) call.scalar(sf, scale);
-  fill_inputs(call, in);
-  return Expect()
-      .fail_if(nulls(call, in), vspStsNullPtrErr)
-      .fail_if(scale < 0, sfStatus)
-      .fail_if(len < 1, vspStsSizeErr)
-      .to(in);
-}
-
 }  // namespace vt::fz

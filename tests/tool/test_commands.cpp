@@ -43,6 +43,7 @@ TEST(ToolDemo, PrintsEveryFamilysFiguresAndWritesThePlots) {
         "channels/core", "median of 7 runs", "GSM-AMR 4.75 and 5.15 share one; 5.9, 6.7,\n  7.4 and 10.2 another"})
     EXPECT_TRUE(contains(r.out, part)) << part;
   EXPECT_FALSE(contains(r.out, "DIFFERS"));
+  EXPECT_TRUE(contains(r.out, "seg. SNR  encoder frames/s  decoder frames/s") && contains(r.out, "\n  G.729A "));
   for (const char* svg : {"lsp_g729.svg", "lsp_gsmamr_12k2.svg", "erle.svg"}) {
     const std::string text = slurp(dir / "plots" / svg);
     EXPECT_EQ(text.rfind("<svg", 0), 0u) << svg;
