@@ -47,6 +47,16 @@ foreach(level RANGE 0 6)
   list(APPEND VSPS_DISPATCH_NS_DEFS VSPS_NS_FOR_LEVEL_${level}=${_last})
 endforeach()
 
+# Unity build of the variant sources: per family and level, one compilation
+# unit includes every variant source, so the library and intrinsics headers
+# are parsed once per level, not once per source and level (the bulk of the
+# library's compile time). Generic and once sources stay one object each.
+# The sources of a family's unit share one scope: file-local names
+# (anonymous namespaces) must not repeat within a family's variant sources.
+# OFF gives one object per source and level (tools/level-objects.py compares
+# those; edit-compile cycles rebuild one source instead of the unit).
+option(VSPS_UNITY_BUILD "Compile each family's variant sources of a level as one unit" ON)
+
 set_property(GLOBAL PROPERTY VSPS_VARIANT_OBJECT_LIBS "")
 set_property(GLOBAL PROPERTY VSPS_ONCE_OBJECT_LIBS "")
 
@@ -89,6 +99,12 @@ function(vsps_add_family name)
       vsps_object_common(${t})
       target_compile_definitions(${t} PRIVATE VSPS_LEVEL=${level} VSPS_NS=${code})
       target_compile_options(${t} PRIVATE ${VSPS_FLAGS_${code}} ${VSPS_VARIANT_COMMON_FLAGS})
+      if(VSPS_UNITY_BUILD)
+        set_target_properties(${t} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE BATCH UNITY_BUILD_BATCH_SIZE 0)
+        if(F_GENERIC_SOURCES)
+          set_source_files_properties(${F_GENERIC_SOURCES} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+        endif()
+      endif()
       set_property(GLOBAL APPEND PROPERTY VSPS_VARIANT_OBJECT_LIBS ${t})
     endforeach()
   endif()

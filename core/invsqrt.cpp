@@ -1,7 +1,7 @@
 // legacy90vspsInvSqrt_32s_I: 2^30 / sqrt(x) per element, bit-exact with the
 // G.729 reference Inv_sqrt.
 #if defined(__AVX2__)
-#include <immintrin.h>
+#include "core/simd/intrinsics.h"
 #endif
 
 #include "core/kernel.h"

@@ -27,7 +27,7 @@
 #include "vsps.h"
 
 #if defined(__SSE3__)
-#include <immintrin.h>
+#include "core/simd/intrinsics.h"
 
 #define VSPS_EC_RFFT32F_VECTOR 1
 

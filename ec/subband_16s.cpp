@@ -3,7 +3,7 @@
 #include <cstring>
 
 #if defined(__AVX2__)
-#include <immintrin.h>
+#include "core/simd/intrinsics.h"
 #endif
 
 #include "ec/ec_tables.h"

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #if defined(__SSSE3__)
-#include <immintrin.h>
+#include "core/simd/intrinsics.h"
 #endif
 
 #include "core/float_canonical.h"

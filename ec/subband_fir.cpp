@@ -1,7 +1,7 @@
 // Sub-band echo-path filters: y[k] = sum over segments m of X_m[k] H_m[k]
 // (plain complex products), float and 32-bit integer.
 #if defined(__SSSE3__)
-#include <immintrin.h>
+#include "core/simd/intrinsics.h"
 #endif
 
 #include "core/float_canonical.h"

@@ -1,7 +1,7 @@
 // Coefficient updates of the sub-band echo-path filters (normalised least
 // mean squares per sub-band): H_m[k] += mu_k E[k] conj(X_m[k]).
 #if defined(__AVX__)
-#include <immintrin.h>
+#include "core/simd/intrinsics.h"
 #endif
 
 #include "core/float_canonical.h"

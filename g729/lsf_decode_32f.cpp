@@ -2,7 +2,7 @@
 // legacy90vspsLSFDecodeErased_G729_32f (the floating-point annex's
 // lsp_get_quant and the erasure branch of lsp_iqua_cs).
 #if defined(__AVX__)
-#include <immintrin.h>
+#include "core/simd/intrinsics.h"
 #endif
 
 #include "core/float_canonical.h"

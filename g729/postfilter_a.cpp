@@ -14,7 +14,6 @@ using namespace g729c;
 
 namespace {
 
-constexpr int kMemRes = PostFilterAState::kMemRes;
 constexpr int kLh = 22;  // impulse-response length of the tilt estimate
 
 // pit_pst_filt: s and ss point at sample 0 with 143 samples of history.
@@ -133,8 +132,8 @@ VspStatus legacy90vspsPostFilter_G729A_16s(const Vsp16s* pLpc, const Vsp16s* pSr
   int16_t syn[kM + kSubfr];
   for (int i = 0; i < kM; ++i) syn[i] = st.synMem[i];
   for (int i = 0; i < kSubfr; ++i) syn[kM + i] = pSrc[i];
-  int16_t* res2 = st.res2 + kMemRes;
-  int16_t* scal = st.scalRes2 + kMemRes;
+  int16_t* res2 = st.res2 + PostFilterAState::kMemRes;
+  int16_t* scal = st.scalRes2 + PostFilterAState::kMemRes;
   residu(ap3, syn + kM, res2, kSubfr);
   for (int i = 0; i < kSubfr; ++i) scal[i] = shr(res2[i], 2);
   int16_t r[kSubfr];
@@ -164,8 +163,8 @@ VspStatus legacy90vspsPostFilter_G729A_16s(const Vsp16s* pLpc, const Vsp16s* pSr
   int16_t out[kSubfr];
   syn_filt(ap4, r, out, kSubfr, st.memSynPst, true);
   agc(pSrc, out, &st.pastGain);
-  std::memmove(st.res2, st.res2 + kSubfr, sizeof(int16_t) * kMemRes);
-  std::memmove(st.scalRes2, st.scalRes2 + kSubfr, sizeof(int16_t) * kMemRes);
+  std::memmove(st.res2, st.res2 + kSubfr, sizeof(int16_t) * PostFilterAState::kMemRes);
+  std::memmove(st.scalRes2, st.scalRes2 + kSubfr, sizeof(int16_t) * PostFilterAState::kMemRes);
   for (int i = 0; i < kM; ++i) st.synMem[i] = pSrc[kSubfr - kM + i];
   for (int i = 0; i < kSubfr; ++i) pDst[i] = out[i];
   std::memcpy(pState, &st, sizeof st);

@@ -9,15 +9,15 @@
 namespace vsps::VSPS_NS {
 namespace {
 
-constexpr int kM = gsmamr::kOrder;
-constexpr int16_t kPredFacMr122 = 21299;  // 0.65, Q15
+constexpr int kLspOrder = gsmamr::kOrder;  // LP order
+constexpr int16_t kPredFacMr122 = 21299;   // 0.65, Q15
 
 // Q_plsf_3: one LSP vector, three indices; updates pastRq.
 void quant_split3(const int16_t* lspQ15, int16_t* pastRq, int16_t* qLspQ15, int16_t* idx, int mode) {
-  int16_t lsf[kM], wf[kM], pred[kM], r[kM];
+  int16_t lsf[kLspOrder], wf[kLspOrder], pred[kLspOrder], r[kLspOrder];
   amr::lsp_to_lsf(lspQ15, lsf);
   amr::lsf_weights(lsf, wf);
-  for (int i = 0; i < kM; ++i) {
+  for (int i = 0; i < kLspOrder; ++i) {
     pred[i] = bop::add(gsmamr::kMeanLsf3[i], bop::mult(pastRq[i], gsmamr::kPredFac3[i]));
     r[i] = bop::sub(lsf[i], pred[i]);
   }
@@ -31,8 +31,8 @@ void quant_split3(const int16_t* lspQ15, int16_t* pastRq, int16_t* qLspQ15, int1
     idx[1] = amr::vq_search<3>(&r[3], &wf[3], gsmamr::kDico2Lsf3Pad4, 512, 1);
     idx[2] = amr::vq_search<4>(&r[6], &wf[6], gsmamr::kDico3Lsf3, 512, 1);
   }
-  int16_t lsfQ[kM];
-  for (int i = 0; i < kM; ++i) {
+  int16_t lsfQ[kLspOrder];
+  for (int i = 0; i < kLspOrder; ++i) {
     lsfQ[i] = bop::add(r[i], pred[i]);
     pastRq[i] = r[i];
   }
@@ -43,12 +43,13 @@ void quant_split3(const int16_t* lspQ15, int16_t* pastRq, int16_t* qLspQ15, int1
 // Q_plsf_5: the LSP vectors of subframes 2 and 4, one shared prediction, five
 // indices over coefficient pairs of both vectors; updates pastRq.
 void quant_matrix5(const int16_t* lspQ15, int16_t* pastRq, int16_t* qLspQ15, int16_t* idx) {
-  int16_t lsf1[kM], lsf2[kM], wf1[kM], wf2[kM], pred[kM], r1[kM], r2[kM];
+  int16_t lsf1[kLspOrder], lsf2[kLspOrder], wf1[kLspOrder], wf2[kLspOrder], pred[kLspOrder], r1[kLspOrder],
+      r2[kLspOrder];
   amr::lsp_to_lsf(lspQ15, lsf1);
-  amr::lsp_to_lsf(lspQ15 + kM, lsf2);
+  amr::lsp_to_lsf(lspQ15 + kLspOrder, lsf2);
   amr::lsf_weights(lsf1, wf1);
   amr::lsf_weights(lsf2, wf2);
-  for (int i = 0; i < kM; ++i) {
+  for (int i = 0; i < kLspOrder; ++i) {
     pred[i] = bop::add(gsmamr::kMeanLsf5[i], bop::mult(pastRq[i], kPredFacMr122));
     r1[i] = bop::sub(lsf1[i], pred[i]);
     r2[i] = bop::sub(lsf2[i], pred[i]);
@@ -66,8 +67,8 @@ void quant_matrix5(const int16_t* lspQ15, int16_t* pastRq, int16_t* qLspQ15, int
     r2[2 * k] = target[2];
     r2[2 * k + 1] = target[3];
   }
-  int16_t lsfQ1[kM], lsfQ2[kM];
-  for (int i = 0; i < kM; ++i) {
+  int16_t lsfQ1[kLspOrder], lsfQ2[kLspOrder];
+  for (int i = 0; i < kLspOrder; ++i) {
     lsfQ1[i] = bop::add(r1[i], pred[i]);
     lsfQ2[i] = bop::add(r2[i], pred[i]);
     pastRq[i] = r2[i];
@@ -75,7 +76,7 @@ void quant_matrix5(const int16_t* lspQ15, int16_t* pastRq, int16_t* qLspQ15, int
   amr::reorder_lsf(lsfQ1);
   amr::reorder_lsf(lsfQ2);
   amr::lsf_to_lsp(lsfQ1, qLspQ15);
-  amr::lsf_to_lsp(lsfQ2, qLspQ15 + kM);
+  amr::lsf_to_lsp(lsfQ2, qLspQ15 + kLspOrder);
 }
 
 }  // namespace
@@ -85,17 +86,17 @@ VspStatus legacy90vspsLSPQuant_GSMAMR_16s(const Vsp16s* pSrcLsp, Vsp16s* pPastRq
   if (pSrcLsp == nullptr || pPastRq == nullptr || pDstQLsp == nullptr || pDstIdx == nullptr) return vspStsNullPtrErr;
   if (!amr::mode_is_valid(mode)) return vspStsRangeErr;
   // Work on copies so that any aliasing of the arrays is harmless.
-  int16_t lsp[2 * kM], pastRq[kM], qLsp[2 * kM], idx[5];
+  int16_t lsp[2 * kLspOrder], pastRq[kLspOrder], qLsp[2 * kLspOrder], idx[5];
   const int vectors = amr::is_mr122(mode) ? 2 : 1;
-  for (int i = 0; i < vectors * kM; ++i) lsp[i] = pSrcLsp[i];
-  for (int i = 0; i < kM; ++i) pastRq[i] = pPastRq[i];
+  for (int i = 0; i < vectors * kLspOrder; ++i) lsp[i] = pSrcLsp[i];
+  for (int i = 0; i < kLspOrder; ++i) pastRq[i] = pPastRq[i];
   if (vectors == 2)
     quant_matrix5(lsp, pastRq, qLsp, idx);
   else
     quant_split3(lsp, pastRq, qLsp, idx, mode);
-  for (int i = 0; i < vectors * kM; ++i) pDstQLsp[i] = qLsp[i];
+  for (int i = 0; i < vectors * kLspOrder; ++i) pDstQLsp[i] = qLsp[i];
   for (int i = 0; i < (vectors == 2 ? 5 : 3); ++i) pDstIdx[i] = idx[i];
-  for (int i = 0; i < kM; ++i) pPastRq[i] = pastRq[i];
+  for (int i = 0; i < kLspOrder; ++i) pPastRq[i] = pastRq[i];
   return vspStsNoErr;
 }
 

@@ -5,10 +5,9 @@
 // each preceded by a one-octet length with --format rtp.
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <vector>
 
+#include "tools/codec_io.h"
 #include "tools/commands.h"
 #include "tools/options.h"
 #include "tools/output_file.h"
@@ -20,35 +19,8 @@ namespace vsps::tool {
 
 namespace {
 
-constexpr int kFrame = 80;
-constexpr int kRate = 8000;
-
-bool ends_with_wav(const std::string& s) {
-  if (s.size() < 4) return false;
-  std::string t = s.substr(s.size() - 4);
-  for (char& c : t) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-  return t == ".wav";
-}
-
-bool read_bytes(const std::string& path, std::vector<uint8_t>* bytes, FILE* err) {
-  std::ifstream f(path, std::ios::binary);
-  if (!f) {
-    std::fprintf(err, "vsps: cannot open %s\n", path.c_str());
-    return false;
-  }
-  bytes->assign(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
-  return true;
-}
-
-bool write_bytes(const std::string& path, const std::vector<uint8_t>& bytes, FILE* err) {
-  std::ofstream f(path, std::ios::binary);
-  f.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  if (!f) {
-    std::fprintf(err, "vsps: cannot write %s\n", path.c_str());
-    return false;
-  }
-  return true;
-}
+constexpr int kG729Frame = 80;
+constexpr int kG729Rate = 8000;
 
 std::vector<int16_t> words_of(const std::vector<uint8_t>& b) {
   std::vector<int16_t> w(b.size() / 2);
@@ -64,9 +36,9 @@ void append_words(std::vector<uint8_t>* b, const int16_t* w, int n) {
 }
 
 bool read_audio(const std::string& path, std::vector<int16_t>* pcm, FILE* err) {
-  if (ends_with_wav(path)) {
+  if (is_wav_name(path)) {
     WavAudio wav;
-    if (!load_wav(path, {kRate}, "G.729 needs 8 kHz", &wav, err)) return false;
+    if (!load_wav(path, {kG729Rate}, "G.729 needs 8 kHz", &wav, err)) return false;
     *pcm = std::move(wav.samples);
     return true;
   }
@@ -77,9 +49,9 @@ bool read_audio(const std::string& path, std::vector<int16_t>* pcm, FILE* err) {
 }
 
 bool write_audio(const std::string& path, const std::vector<int16_t>& pcm, FILE* err) {
-  if (ends_with_wav(path)) {
+  if (is_wav_name(path)) {
     std::string error;
-    if (!write_wav(path, kRate, pcm, &error)) {
+    if (!write_wav(path, kG729Rate, pcm, &error)) {
       std::fprintf(err, "vsps: %s\n", error.c_str());
       return false;
     }
@@ -150,15 +122,15 @@ int decode(const G729Options& o, FILE* err) {
   std::vector<uint8_t> mem(static_cast<std::size_t>(size));
   auto* dec = reinterpret_cast<VspsG729Decoder*>(mem.data());
   if (vspscodecG729DecoderInit(dec, o.options) != vspStsNoErr) return 1;
-  std::vector<int16_t> pcm(frames.size() * kFrame);
-  Progress progress(err, "decoding", pcm.size(), kRate);
+  std::vector<int16_t> pcm(frames.size() * kG729Frame);
+  Progress progress(err, "decoding", pcm.size(), kG729Rate);
   for (std::size_t n = 0; n < frames.size(); ++n) {
-    const VspStatus st = vspscodecG729DecoderDecode(dec, &frames[n], pcm.data() + n * kFrame);
+    const VspStatus st = vspscodecG729DecoderDecode(dec, &frames[n], pcm.data() + n * kG729Frame);
     if (st < 0) {
       std::fprintf(err, "vsps: frame %zu: decoder status %d\n", n, st);
       return 1;
     }
-    progress.update((n + 1) * kFrame);
+    progress.update((n + 1) * kG729Frame);
   }
   return write_audio(o.out, pcm, err) ? 0 : 1;
 }
@@ -166,20 +138,20 @@ int decode(const G729Options& o, FILE* err) {
 int encode(const G729Options& o, FILE* err) {
   std::vector<int16_t> pcm;
   if (!read_audio(o.in, &pcm, err)) return 1;
-  const std::size_t frames = pcm.size() / kFrame;
-  if (pcm.size() % kFrame != 0)
+  const std::size_t frames = pcm.size() / kG729Frame;
+  if (pcm.size() % kG729Frame != 0)
     std::fprintf(err, "vsps: %s: the last %zu samples do not fill a frame and are dropped\n", o.in.c_str(),
-                 pcm.size() % kFrame);
+                 pcm.size() % kG729Frame);
   int size = 0;
   vspscodecG729EncoderGetSize(&size);
   std::vector<uint8_t> mem(static_cast<std::size_t>(size));
   auto* enc = reinterpret_cast<VspsG729Encoder*>(mem.data());
   if (vspscodecG729EncoderInit(enc, o.options) != vspStsNoErr) return 1;
   std::vector<uint8_t> bytes;
-  Progress progress(err, "encoding", frames * kFrame, kRate);
+  Progress progress(err, "encoding", frames * kG729Frame, kG729Rate);
   for (std::size_t n = 0; n < frames; ++n) {
     VspsG729Frame f{};
-    const VspStatus st = vspscodecG729EncoderEncode(enc, pcm.data() + n * kFrame, &f);
+    const VspStatus st = vspscodecG729EncoderEncode(enc, pcm.data() + n * kG729Frame, &f);
     if (st < 0) {
       std::fprintf(err, "vsps: frame %zu: encoder status %d\n", n, st);
       return 1;
@@ -196,7 +168,7 @@ int encode(const G729Options& o, FILE* err) {
       vspscodecG729SerialWrite(&f, words, &written);
       append_words(&bytes, words, written);
     }
-    progress.update((n + 1) * kFrame);
+    progress.update((n + 1) * kG729Frame);
   }
   return write_bytes(o.out, bytes, err) ? 0 : 1;
 }

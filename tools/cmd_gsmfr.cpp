@@ -12,7 +12,7 @@ namespace vsps::tool {
 
 namespace {
 
-constexpr int kRate = 8000;
+constexpr int kGsmfrRate = 8000;
 
 enum class Coded { Gsm, Cod, Unknown };
 Coded coded_format(const std::string& path) {
@@ -23,7 +23,7 @@ Coded coded_format(const std::string& path) {
 
 int encode(const std::string& in, const std::string& outPath, Coded fmt, FILE* err) {
   std::vector<int16_t> pcm;
-  if (!read_pcm(in, kRate, &pcm, err)) return 1;
+  if (!read_pcm(in, kGsmfrRate, &pcm, err)) return 1;
   if (pcm.size() % vspscodecGsmfrFrame != 0) {
     std::fprintf(err, "vsps: %s: truncated last frame: %zu samples left over (frames are %d samples)\n", in.c_str(),
                  pcm.size() % vspscodecGsmfrFrame, vspscodecGsmfrFrame);
@@ -89,7 +89,7 @@ int decode(const std::string& in, Coded fmt, const std::string& outPath, FILE* e
       return 1;
     }
   }
-  return write_pcm(outPath, kRate, pcm, err) ? 0 : 1;
+  return write_pcm(outPath, kGsmfrRate, pcm, err) ? 0 : 1;
 }
 
 }  // namespace

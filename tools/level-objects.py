@@ -8,6 +8,10 @@ names, the source gains nothing from the levels' instruction sets and is a
 candidate for GENERIC_SOURCES (compiled once, shared by the seven dispatch
 entries).
 
+BUILD_DIR must be configured with -DVSPS_UNITY_BUILD=OFF: the default build
+compiles a family's variant sources of a level as one unit, so its objects
+are per family, not per source.
+
 Usage: level-objects.py BUILD_DIR [--objdump TOOL]
 Prints one line per source: "same" or "differs (levels ...)", and the
 object sizes. Python 3 standard library and binutils' objdump.
@@ -51,6 +55,9 @@ def main(argv):
         sources.setdefault((family, source), {})[code] = path
     if not sources:
         sys.stderr.write(f"no per-level objects under {args.build_dir}\n")
+        return 1
+    if any(source.startswith("Unity/") for _, source in sources):
+        sys.stderr.write(f"{args.build_dir} has unity objects: configure it with -DVSPS_UNITY_BUILD=OFF\n")
         return 1
     for (family, source), objs in sorted(sources.items()):
         texts = {c: code_of(args.objdump, p) for c, p in objs.items()}

@@ -1,6 +1,7 @@
 #include "tools/lp_metrics.h"
 
 #include <cmath>
+#include <numbers>
 
 namespace vsps::tool {
 
@@ -18,10 +19,9 @@ double power_response(const int16_t* aQ12, double w) {
 
 double spectral_distortion_db(const int16_t* aQ12, const int16_t* bQ12) {
   constexpr int kPoints = 256;
-  constexpr double kPi = 3.14159265358979323846;
   double sum = 0;
   for (int i = 0; i < kPoints; ++i) {
-    const double w = kPi * (i + 0.5) / kPoints;
+    const double w = std::numbers::pi * (i + 0.5) / kPoints;
     const double d = 10 * std::log10(power_response(aQ12, w) / power_response(bQ12, w));
     sum += d * d;
   }

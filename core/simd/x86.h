@@ -5,7 +5,7 @@
 #pragma once
 
 #if defined(__SSSE3__)
-#include <immintrin.h>
+#include "core/simd/intrinsics.h"
 #endif
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // legacy90vspsConvPartial_16s_Sfs: causal partial convolution, wrapped
 // 32-bit accumulation, floor shift, low 16 bits stored.
 #if defined(__AVX2__)
-#include <immintrin.h>
+#include "core/simd/intrinsics.h"
 #endif
 
 #include <cstdint>
