@@ -441,7 +441,8 @@ VSPS_FN(VspStatus, legacy90vspsVAD1Init_GSMAMR, (Vsp8u* pState), (pState))
  * Checks: any pointer null: vspStsNullPtrErr. */
 VSPS_FN(VspStatus, legacy90vspsVAD1_GSMAMR_16s, (const Vsp16s* pSrc, Vsp8u* pState, int* pDstVad), (pSrc, pState, pDstVad))
 
-/* The open-loop values the two VAD hooks read: per open-loop search (per
+/* ---- The open-loop record of the VAD hooks ----
+ * The open-loop values the two VAD hooks read: per open-loop search (per
  * half frame; 4.75 and 5.15 kbit/s one search on the whole frame) a record
  * of 9 32-bit words, as legacy90vspsOpenLoopPitch_GSMAMR_16s writes it to
  * its pDstVad: the maximum correlation and the energy at that lag of the

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 #include <fstream>
+#include <random>
+#include <string>
 
 #include "tools/commands.h"
 #include "tools/wav_io.h"
@@ -40,8 +42,11 @@ Result run(const std::vector<std::string>& args, const char* outPath) {
   return r;
 }
 
+// One folder per test and process: two test runs at once (two build trees,
+// ctest -j) never share or wipe each other's files.
 std::filesystem::path scratch_dir(const std::string& name) {
-  const std::filesystem::path dir = std::filesystem::temp_directory_path() / ("vsps-tool-test-" + name);
+  static const std::string run = std::to_string(std::random_device{}());
+  const std::filesystem::path dir = std::filesystem::temp_directory_path() / ("vsps-tool-test-" + name + "-" + run);
   std::filesystem::remove_all(dir);
   std::filesystem::create_directories(dir);
   return dir;
