@@ -181,7 +181,8 @@ const CommandSpec kG729Spec = {
     "G.729 codec: audio (.wav or raw 16-bit PCM) <-> ITU serial bit-stream or RTP payloads",
     {{"--annex", "a", "Annex A (reduced complexity) encoder or decoder"},
      {"--dtx", nullptr, "Annex B: VAD, DTX and comfort noise (the decoder also takes streams without SID frames)"},
-     {"--format", "itu|rtp", "bit-stream: ITU serial words (default) or RFC 3551 payloads, each after a length octet"}}};
+     {"--format", "itu|rtp",
+      "bit-stream: ITU serial words (default) or RFC 3551 payloads, each after a length octet"}}};
 
 int cmd_g729(const Args& args, FILE* out, FILE* err) {
   Options opt;
