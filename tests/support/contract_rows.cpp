@@ -494,9 +494,13 @@ Contract to_contract(const std::shared_ptr<const Row>& row) {
             if (q.kind != '<') lo = std::min(lo, *a - 2);
             if (q.kind != '>') hi = std::max(hi, *b + 2);
           }
-        if (lo == INT64_MAX) lo = hi - 5000;
-        if (hi == INT64_MIN) hi = lo + 5000;
-        if (range != row->fuzzRange.end()) std::tie(lo, hi) = range->second;
+        if (range != row->fuzzRange.end()) {
+          std::tie(lo, hi) = range->second;
+        } else if (lo == INT64_MAX) {
+          lo = hi - 5000;
+        } else if (hi == INT64_MIN) {
+          hi = lo + 5000;
+        }
         ints[param] = fz::pick(in, param, lo, hi);
         for (const Rule& q : row->rules)  // a set: by choice one of its values or a neighbour
           if (q.param == param && q.kind == '@' && in.choice(param + " near a member")) {
