@@ -188,25 +188,25 @@ Size size_of(const std::string& where, const std::string& text) {
 
 void parse_buffer(Row& r, const std::string& kind, const std::string& rest) {
   Buffer b;
-  std::string spec = rest;
-  const std::size_t g = spec.find_first_of("=~");
+  std::string shape = rest;
+  const std::size_t g = shape.find_first_of("=~");
   if (g != std::string::npos) {
-    b.gen = spec.substr(g + 1);
-    b.genInTrials = spec[g] == '~';
-    spec.resize(g);
+    b.gen = shape.substr(g + 1);
+    b.genInTrials = shape[g] == '~';
+    shape.resize(g);
     if (!b.gen.empty() && (b.gen[0] == '-' || std::isdigit(static_cast<unsigned char>(b.gen[0])) != 0)) {
       std::stringstream in(b.gen);
       for (std::string v; std::getline(in, v, ',');) b.literal.push_back(std::stod(v));
       b.gen.clear();
-      if (spec.find(':') == std::string::npos) spec += ":" + std::to_string(b.literal.size());
+      if (shape.find(':') == std::string::npos) shape.append(":").append(std::to_string(b.literal.size()));
     } else if (generators().find(b.gen) == generators().end()) {
       fail(r.where, "unknown generator '" + b.gen + "'");
     }
   }
-  const std::size_t c1 = spec.find(':');
+  const std::size_t c1 = shape.find(':');
   if (c1 == std::string::npos) fail(r.where, kind + ":" + rest + ": expected NAME:SIZE");
-  b.param = spec.substr(0, c1);
-  std::string size = spec.substr(c1 + 1);
+  b.param = shape.substr(0, c1);
+  std::string size = shape.substr(c1 + 1);
   const std::size_t c2 = size.find(':');
   if (c2 != std::string::npos) {
     b.misalign = static_cast<std::size_t>(number(r.where, size.substr(c2 + 1)));
